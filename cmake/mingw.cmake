@@ -10,3 +10,5 @@ set(CMAKE_CXX_FLAGS_INIT "${CMAKE_C_FLAGS_INIT}")
 # One file per library: no runtime DLL has to travel with it.
 set(CMAKE_EXE_LINKER_FLAGS_INIT "-static")
 set(CMAKE_SHARED_LINKER_FLAGS_INIT "-static -Wl,--no-insert-timestamp")
+# Tests and people run the programs in Wine, through tools/win32 and tools/win64.
+set(CMAKE_CROSSCOMPILING_EMULATOR "${VTDN_RUN}")

@@ -1,0 +1,39 @@
+# Test suites of this build. Each is one line of tests.txt in the build folder, which `./run test` reads; CTest
+# knows them too.
+enable_testing()
+set_property(GLOBAL PROPERTY VTDN_SUITES "")
+
+# vtdn_test(binding_rules_test SOURCES a.cpp b.cpp LINKS vtdn_binding): a GoogleTest program of that name.
+# Under a Windows preset it runs in Wine.
+function(vtdn_test name)
+    cmake_parse_arguments(arg "" "" "SOURCES;LINKS" ${ARGN})
+    add_executable(${name} ${arg_SOURCES})
+    target_link_libraries(${name} PRIVATE ${arg_LINKS} vtdn_gtest vtdn_warnings)
+    add_test(NAME ${name} COMMAND ${name})
+    set_property(GLOBAL APPEND PROPERTY VTDN_SUITES "gtest\t${name}\t$<TARGET_FILE:${name}>")
+endfunction()
+
+# vtdn_script_test(clients_vbscript COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/vbscript.sh [arg...] [DEPENDS target...]):
+# any other suite. Its last line on standard output is "N passed, N failed". It runs in the build folder and
+# finds VTDN_SOURCE, VTDN_BUILD and VTDN_RUN (tools/win32 or tools/win64; empty when native) in its environment.
+function(vtdn_script_test name)
+    cmake_parse_arguments(arg "" "" "COMMAND;DEPENDS" ${ARGN})
+    add_custom_target(${name}_needs ALL)
+    if(arg_DEPENDS)
+        add_dependencies(${name}_needs ${arg_DEPENDS})
+    endif()
+    add_test(NAME ${name} COMMAND ${arg_COMMAND})
+    set_tests_properties(
+        ${name} PROPERTIES ENVIRONMENT
+                           "VTDN_SOURCE=${PROJECT_SOURCE_DIR};VTDN_BUILD=${CMAKE_BINARY_DIR};VTDN_RUN=${VTDN_RUN}"
+                           WORKING_DIRECTORY "${CMAKE_BINARY_DIR}")
+    list(JOIN arg_COMMAND "\t" command)
+    set_property(GLOBAL APPEND PROPERTY VTDN_SUITES "script\t${name}\t${command}")
+endfunction()
+
+# Called once, after all suites are known.
+function(vtdn_write_suites)
+    get_property(suites GLOBAL PROPERTY VTDN_SUITES)
+    list(JOIN suites "\n" text)
+    file(GENERATE OUTPUT "${CMAKE_BINARY_DIR}/tests.txt" CONTENT "${text}\n")
+endfunction()
