@@ -1,0 +1,61 @@
+// Variants: an owner, the numeric test, and conversions in the user's locale by the platform's own rules.
+#pragma once
+
+#include <oleauto.h>
+
+#include <cstdint>
+#include <string_view>
+
+#include "com/ptr.h"
+#include "com/strings.h"
+
+namespace vtdn::com {
+
+inline constexpr VARIANT_BOOL variantBool(bool value) noexcept { return value ? VARIANT_TRUE : VARIANT_FALSE; }
+
+/// Owns a variant. Empty at first.
+class Variant {
+  public:
+    Variant() noexcept { VariantInit(&value_); }
+    Variant(const Variant& other);
+    Variant(Variant&& other) noexcept : value_(other.value_) { VariantInit(&other.value_); }
+    ~Variant() { VariantClear(&value_); }
+    Variant& operator=(Variant other) noexcept;
+
+    static Variant null() noexcept;
+    static Variant missing() noexcept;  ///< an argument that was left out: DISP_E_PARAMNOTFOUND
+    static Variant of(LONG value) noexcept;
+    static Variant of(float value) noexcept;
+    static Variant of(double value) noexcept;
+    static Variant of(std::wstring_view text);
+    static Variant ofBool(bool value) noexcept;
+    static Variant ofDate(DATE value) noexcept;
+    static Variant of(IDispatch* object) noexcept;  ///< null gives an empty object reference
+
+    [[nodiscard]] const VARIANT& get() const noexcept { return value_; }
+    [[nodiscard]] VARIANT* operator&() = delete;
+    [[nodiscard]] VARIANT* receive() noexcept {
+        VariantClear(&value_);
+        return &value_;
+    }
+    [[nodiscard]] VARIANT* inOut() noexcept { return &value_; }
+    [[nodiscard]] VARTYPE type() const noexcept { return value_.vt; }
+    [[nodiscard]] bool isNull() const noexcept { return value_.vt == VT_NULL; }
+    void detachTo(VARIANT* out) noexcept;
+
+  private:
+    VARIANT value_;
+};
+
+/// A number, a boolean, or a text that reads as a number in the user's locale. By-reference variants are followed.
+/// Null, Empty, dates, errors, objects and arrays are not numeric.
+bool isNumeric(const VARIANT& value) noexcept;
+
+/// Conversions that report instead of throwing, for loops over values. Null gives 94, as for a client.
+HRESULT toInt16(const VARIANT& value, std::int16_t& out) noexcept;
+HRESULT toInt32(const VARIANT& value, LONG& out) noexcept;
+HRESULT toSingle(const VARIANT& value, float& out) noexcept;
+HRESULT toBool(const VARIANT& value, bool& out) noexcept;
+HRESULT toText(const VARIANT& value, Bstr& out) noexcept;
+
+}  // namespace vtdn::com
