@@ -4,8 +4,6 @@
 
 #include <oaidl.h>
 
-#include "engine/identifiers.h"
-
 /// Consecutive items of a data array whose values have one type and lie side by side in memory.
 struct DIDataRun {
     LONG count;          ///< items, at least 1
