@@ -1,0 +1,1 @@
+"""Makes the demo sites from the public files in ../source."""

@@ -1,0 +1,45 @@
+"""Monitor codes of the demo sites: the method-of-determination codes, and codes of the sites' own from 100 on."""
+
+from . import sources
+
+NONE = 0
+CERTIFIED_PRIMARY = 1  # method-of-determination code 01
+NOT_OPERATING = 100
+FLAG_BASE = 100  # flag n of the hourly files becomes code 100 + n, unless a method-of-determination code says the same
+FLAG_MEASURED = "1"
+DERIVED = 110
+
+# Flags of the hourly files that occur, in the words of the file format, as far as they have any.
+FLAG_NAMES = {
+    "1": ("Measured", "Measured, by a method that has no method-of-determination code"),
+    "2": ("Calculated", "Calculated from other values"),
+    "3": ("Substitute", "Substitute data; the file does not say by which procedure"),
+    "4": ("Meas.+Subst.", "Measured and substitute data in the same hour"),
+    "98": ("Flag 98", "Flag 98 of the hourly file; no explanation of it was found"),
+}
+
+TRUSTED = ("verbatim",)  # status of a wording that can be given without a remark
+
+
+def flag_code(flag, certified_primary):
+    """Monitor code of a how-determined flag of the hourly files."""
+    if flag == FLAG_MEASURED and certified_primary:
+        return CERTIFIED_PRIMARY
+    if flag not in FLAG_NAMES:
+        raise ValueError(f"flag {flag} is not known")
+    return FLAG_BASE + int(flag)
+
+
+def rows():
+    """Rows of monitor_codes.csv: code, short name, long name."""
+    yield NONE, "None", "No monitor code"
+    for row in sorted(sources.read_csv("modc_codes.csv"), key=lambda r: int(r["modc"])):
+        long_name, status = row["description"], row["status"]
+        if status not in TRUSTED:
+            long_name += f" [wording: {status}]"
+        yield int(row["modc"]), f"MODC {row['modc']}", long_name
+    yield NOT_OPERATING, "Off", "Derived: the unit did not operate in this hour, there is no value"
+    for flag, (short, long_name) in FLAG_NAMES.items():
+        if flag == "98":
+            yield DERIVED, "Derived", "Derived: made for this demo from hourly values, not recorded by a monitor"
+        yield FLAG_BASE + int(flag), short, f"Derived from flag {flag}: {long_name}"

@@ -1,0 +1,99 @@
+"""Writes PROVENANCE.md: where every file, column and parameter of the demo sites comes from."""
+
+from . import codes, figures, sites, sources, writer
+from .pids import CALCULATED, DERIVED, origin_of
+
+HEAD = """# Where the demo data comes from
+
+Written by `make_demo.py`. *As found* means copied from a public file in [source](source/README.md); *derived* means made here, by the
+rule that stands beside it; *calculated* means not stored at all but computed by the engine when it is read.
+Dates and times are those of the source: 2007, local standard time. Nothing was shifted.
+
+In the data itself, too, what is derived says so: parameters made here have 1 in field D of their PID and a description that begins
+with "Derived:", their files have `derived` in the name, and their values carry monitor code 110 "Derived".
+Field D is 2 for calculated parameters ("Calculated:"), 0 for what was found.
+
+## Files
+
+| file | column | where from |
+|---|---|---|
+| `*/site.csv` | all | written for the demo; plant, number and unit as found |
+| `*/monitor_codes.csv` | rows 1 to 55 | method-of-determination codes, wording as found. Where the collected wording was not checked against the regulation, `[wording: ...]` behind it says how far it is supported; do not rely on it |
+| | rows 0 and 100 and above | derived: codes of the demo's own, see below |
+| `*/parameters.csv` | pid, interval, io_type, format, uses, formula, aggregation | written for the demo |
+| | name, units | written for the demo after the code tables: units of SO2 mass, NOx rate and NOx mass as the tables have them |
+| | value | constants, as found in the monitoring plan in effect throughout 2007; see the list below |
+| `*/values/hourly-2007.csv` | time | as found, written as date and time |
+| | a PID | as found. `-9` (no value) became an empty field; `.263` became `0.263`; idle zeros behind the last digit went |
+| | a PID with ` mc` | derived from the how-determined flags, see below |
+| `barry5/values/minute-2007-04-derived.csv` | all | derived, see below |
+| `barry5/values/status-2007-derived.csv` | all | derived: "operating" (OPTIME 1), "part hour" (between 0 and 1), "off" (0), at each change and after the gap |
+| `expected/*.csv` | all | calculated here, in exact arithmetic: what an engine has to give for the monthly parameters |
+
+## Monitor codes from flags
+
+The hourly files have no method-of-determination codes. They have flags: 1 measured, 2 calculated, 3 substitute, 4 measured and
+substitute, blank when the unit did not operate. Three of these say less than a method-of-determination code, so they became codes of
+the demo's own, 100 + flag, instead of a guess:
+
+| flag | code | why |
+|---|---|---|
+| 1, Barry 5 | 1 | the monitoring plan has continuous monitors (method CEM) for this parameter on both stacks, and only primary systems in 2007: measured there means code 01 |
+| 1, Smith SCT1 | 101 | heat input is metered fuel (method AD), which code 01 does not describe |
+| 2 | 102 | mass emissions are calculated from other values; no code says so |
+| 3 | 103 | substitute: codes 06 to 13 and others are possible, the file does not say which |
+| 4 | 104 | both in one hour |
+| 98 | 198 | both NOx flags of Smith SCT1 in every operating hour; no explanation was found |
+| blank | 100 | operating time 0, no value |
+
+Operating time and gross load have no flag: no code, except 100 for the load of hours without operation.
+
+"""
+
+MINUTES = """## Minute values
+
+Barry 5, {0} to {1}, three parameters, {2} minutes each. Recorded minutes were not found in public; these are made from the hourly
+values by a generator with a fixed seed ({3}), to have something of the size and look of minutes. They say nothing about the plant
+that the hourly values do not say.
+
+- The mean of an hour's operating minutes equals the hourly value, exactly (gross load, NOx rate). Heat input is an amount per hour and
+  its minutes are a rate, so there the sum of the minutes divided by 60 equals the hourly value.
+- An hour with OPTIME 0.25 has 15 operating minutes without a break: the last ones of the hour if the unit starts up in it, otherwise the
+  first ones. Other minutes have no value and code 100.
+- Within an hour: a drift towards the neighbouring hours, and noise that each minute keeps three quarters of.
+
+"""
+
+
+def _per_cent(fraction):
+    return f"{fraction * 100:.3f} %"
+
+
+def agreement_table():
+    lines = ["## How calculations agree with what was reported", "",
+             "Difference from the reported value, operating hours with a reported value above 0:", "",
+             "| calculation | hours | median | 95 of 100 within | largest | sum over all hours |", "|---|---|---|---|---|---|"]
+    for what, a in figures.agreements().items():
+        lines.append(f"| {what} | {a.hours} | {_per_cent(a.median)} | {_per_cent(a.p95)} | {_per_cent(a.largest)} | {a.total * 100:+.3f} % |")
+    lines += ["",
+              "The rates have three decimals, which explains the ordinary difference. The agreement in part hours shows that mass and heat",
+              "input are amounts of the hour as operated, not rates over a whole hour: they can be summed as they are. The SO2 hours of Smith",
+              "SCT1 that differ widely have more SO2 than pipeline gas gives; the unit's second fuel is oil, so they are probably hours on oil.", ""]
+    return "\n".join(lines) + "\n"
+
+
+def parameter_table(site):
+    lines = [f"## Parameters of {site.folder}", "", "| PID | name | where from |", "|---|---|---|"]
+    for p in site.parameters:
+        how = p.formula.replace("*", "\\*") if p.formula else f"{p.aggregation} of {p.uses}"
+        lines.append(f"| {p.pid} | {p.name} | {how if origin_of(p.pid) == CALCULATED else p.source} |")
+    return "\n".join(lines) + "\n\n"
+
+
+def text():
+    barry, smith = sites.all_sites()
+    first, last = writer.MINUTE_DAYS
+    minutes = writer.minute_text(barry, sources.hours(barry.hourly_file)).count("\n") - 1
+    body = (HEAD + MINUTES.format(first, last, f"{minutes:,}", writer.SEED) + agreement_table() + "\n"
+            + parameter_table(barry) + parameter_table(smith))
+    return body.rstrip("\n") + "\n"

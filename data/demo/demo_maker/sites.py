@@ -1,0 +1,167 @@
+"""The two demo sites: their parameters, constants and calculations, as tables."""
+
+from collections import namedtuple
+
+from . import sources
+from .pids import (CALCULATED, DAY, DERIVED, FOUND, HOUR, INTERVALS, MINUTE, MONTH, NO_TIME, QUARTER_HOUR, display)
+
+# I/O types of docs/site-files.md. Constants that stand in a monitoring plan have 34, others 4; calculated ones have 10.
+DATABASE, CONSTANT, PLAN_CONSTANT, CALCULATION = 38, 4, 34, 10
+
+# Field B of the PIDs: the quantity.
+OPERATING_TIME, STATUS, LOAD, LOAD_PERCENT, HEAT, HEAT_PERCENT = 10, 15, 20, 21, 30, 31
+SO2_MASS, SO2_RATE, NOX_RATE, NOX_MASS, NOX_DIFFERENCE = 40, 41, 50, 51, 52
+CAPACITY, MAX_LOAD, UPPER_LOAD, LOWER_LOAD, NAMEPLATE = 901, 902, 903, 904, 905
+SPANS, NOX_DEFAULT, DILUENT_CAP, SO2_DEFAULT, NOX_PPM_DEFAULT, POUNDS_PER_TON = 910, 920, 921, 922, 923, 990
+
+Parameter = namedtuple("Parameter", "pid name description units format interval io_type value aggregation formula uses source")
+Site = namedtuple("Site", "folder facts hourly_file plan parameters columns minutes status_pid")
+Minutes = namedtuple("Minutes", "pid column decimals per_hour_total")
+
+COLUMNS = ("pid", "name", "description", "units", "format", "interval", "io_type", "value", "aggregation", "formula", "uses")
+
+# What the hourly files hold: column, quantity, name, unit, format, and the parameter of the monitoring plan that its flag is about.
+HOURLY = (
+    ("OPTIME", OPERATING_TIME, "Operating time", "hr", "0.00", None, "Part of the hour that the unit operated"),
+    ("GLOAD", LOAD, "Gross load", "MW", "0", None, "Gross electrical load"),
+    ("HTINPUT", HEAT, "Heat input", "mmBtu", "0.0", "HI", "Heat input of the hour"),
+    ("SO2MASS", SO2_MASS, "SO2 mass", sources.unit_in_text("monitoring_parameter", "SO2"), "0.0", "SO2",
+     "SO2 mass emissions of the hour"),
+    ("NOXRATE", NOX_RATE, "NOx rate", sources.unit_in_text("monitoring_parameter", "NOXR"), "0.000", "NOXR",
+     "NOx emission rate"),
+    ("NOXMASS", NOX_MASS, "NOx mass", sources.unit_in_text("monitoring_parameter", "NOX"), "0.0", "NOX",
+     "NOx mass emissions of the hour"),
+)
+
+
+class Builder:
+    """Collects the parameters of one unit."""
+
+    def __init__(self, unit, hourly_file):
+        self.unit, self.hourly_file, self.parameters = unit, hourly_file, []
+
+    def pid(self, quantity, time_type, origin, number=0):
+        return display(self.unit, quantity, time_type, origin, number)
+
+    def _add(self, pid, name, text, units, form, io_type, source, value="", aggregation="", formula="", uses=()):
+        interval = INTERVALS[int(pid.split("-")[2])]
+        self.parameters.append(Parameter(pid, name, text, units, form, interval, io_type, value, aggregation, formula,
+                                         ";".join(uses), source))
+        return pid
+
+    def hourly(self):
+        for column, quantity, name, units, form, _, text in HOURLY:
+            self._add(self.pid(quantity, HOUR, FOUND), name, text, units, form, DATABASE,
+                      f"column {column} of {self.hourly_file}, as found")
+
+    def derived(self, quantity, time_type, name, units, form, text, how):
+        return self._add(self.pid(quantity, time_type, DERIVED), name, f"Derived: {text}", units, form, DATABASE, f"derived: {how}")
+
+    def constant(self, quantity, name, units, value, source, text="", number=0, io_type=PLAN_CONSTANT):
+        return self._add(self.pid(quantity, NO_TIME, FOUND, number), name, text, units, "", io_type, source,
+                         sources.plain_number(value))
+
+    def aggregate(self, quantity, time_type, name, units, form, how, used, number=0):
+        return self._add(self.pid(quantity, time_type, CALCULATED, number), name, f"Calculated: {how} of {used}", units, form,
+                         CALCULATION, "calculated by the engine", aggregation=how, uses=(used,))
+
+    def formula(self, quantity, time_type, name, units, form, text, formula, uses, number=0):
+        return self._add(self.pid(quantity, time_type, CALCULATED, number), name, f"Calculated: {text}", units, form, CALCULATION,
+                         "calculated by the engine", formula=formula.format(*(f"[{u}]" for u in uses)), uses=uses)
+
+    def common_calculations(self):
+        """What is calculated for every unit: days, months, percentages."""
+        hour = {quantity: self.pid(quantity, HOUR, FOUND) for _, quantity, *_ in HOURLY}
+        pounds = self.constant(POUNDS_PER_TON, "Pounds per ton", "lb/ton", "2000", "definition of the short ton", io_type=CONSTANT)
+        self.formula(LOAD_PERCENT, HOUR, "Load, percent", "%", "0.0", "gross load as percent of the maximum load",
+                     "{0} / {1} * 100", (hour[LOAD], self.pid(MAX_LOAD, NO_TIME, FOUND)))
+        self.formula(HEAT_PERCENT, HOUR, "Heat input, percent", "%", "0.0", "heat input as percent of the rated heat input",
+                     "{0} / {1} * 100", (hour[HEAT], self.pid(CAPACITY, NO_TIME, FOUND)))
+        self.formula(SO2_RATE, HOUR, "SO2 rate", "lb/mmBtu", "0.000", "SO2 mass divided by heat input", "{0} / {1}",
+                     (hour[SO2_MASS], hour[HEAT]))
+        calculated = self.formula(NOX_MASS, HOUR, "NOx mass, calculated", "lb/hr", "0.0", "NOx rate times heat input",
+                                  "{0} * {1}", (hour[NOX_RATE], hour[HEAT]))
+        self.formula(NOX_DIFFERENCE, HOUR, "NOx mass, difference", "%", "0.00", "calculated NOx mass against the reported one",
+                     "({0} - {1}) / {1} * 100", (calculated, hour[NOX_MASS]))
+        for time_type, of in ((DAY, "of the day"), (MONTH, "of the month")):
+            self.aggregate(OPERATING_TIME, time_type, f"Operating time {of}", "hr", "0.00", "sum", hour[OPERATING_TIME])
+            self.aggregate(LOAD, time_type, f"Gross load {of}, average", "MW", "0.0", "average", hour[LOAD])
+            self.aggregate(LOAD, time_type, f"Gross load {of}, highest", "MW", "0", "maximum", hour[LOAD], 1)
+            self.aggregate(LOAD, time_type, f"Gross load {of}, lowest", "MW", "0", "minimum", hour[LOAD], 2)
+            self.aggregate(HEAT, time_type, f"Heat input {of}", "mmBtu", "0", "sum", hour[HEAT])
+            self.aggregate(SO2_MASS, time_type, f"SO2 mass {of}", "lb", "0", "sum", hour[SO2_MASS])
+            self.aggregate(NOX_RATE, time_type, f"NOx rate {of}", "lb/mmBtu", "0.000", "average", hour[NOX_RATE])
+            self.aggregate(NOX_MASS, time_type, f"NOx mass {of}", "lb", "0", "sum", hour[NOX_MASS])
+        for quantity, name in ((SO2_MASS, "SO2"), (NOX_MASS, "NOx")):
+            self.formula(quantity, MONTH, f"{name} mass of the month, tons", "ton", "0.0", f"{name} mass of the month in short tons",
+                         "{0} / {1}", (self.pid(quantity, MONTH, CALCULATED), pounds), 1)
+
+
+def columns_of(builder):
+    """What the wide hourly file holds: PID, column, and the parameter of the monitoring plan that its flag is about."""
+    return tuple((builder.pid(quantity, HOUR, FOUND), column, planned) for column, quantity, _, _, _, planned, _ in HOURLY)
+
+
+def barry5():
+    plan, b = sources.BarryPlan(), Builder(5, "barry5_hourly_2007.csv")
+    b.hourly()
+    status = b.derived(STATUS, HOUR, "Unit status", "", "", "a text where the unit's status changes",
+                       "operating, part hour or off, from OPTIME; written for the hours where it changes and after a gap")
+
+    minutes = (Minutes(b.derived(LOAD, MINUTE, "Gross load, minute", "MW", "0.0", "made from the hourly gross load",
+                                 "mean of an hour's operating minutes = GLOAD"), "GLOAD", 1, False),
+               Minutes(b.derived(HEAT, MINUTE, "Heat input rate, minute", "mmBtu/hr", "0.00", "made from the hourly heat input",
+                                 "sum of an hour's operating minutes / 60 = HTINPUT"), "HTINPUT", 2, True),
+               Minutes(b.derived(NOX_RATE, MINUTE, "NOx rate, minute", "lb/mmBtu", "0.0000", "made from the hourly NOx rate",
+                                 "mean of an hour's operating minutes = NOXRATE"), "NOXRATE", 4, False))
+    for m in minutes:
+        quantity, name, units = {"GLOAD": (LOAD, "Gross load", "MW"), "HTINPUT": (HEAT, "Heat input rate", "mmBtu/hr"),
+                                 "NOXRATE": (NOX_RATE, "NOx rate", "lb/mmBtu")}[m.column]
+        b.aggregate(quantity, QUARTER_HOUR, f"{name}, quarter hour", units, "0.000", "average", m.pid)
+        b.aggregate(quantity, HOUR, f"{name}, hour from minutes", units, "0.000", "average", m.pid, 1)
+
+    b.constant(CAPACITY, "Rated heat input", "mmBtu/hr", plan.capacity(), "monitoring plan, unit capacity of unit 5")
+    for quantity, name, column in ((MAX_LOAD, "Maximum load", "max_load_value"), (UPPER_LOAD, "Upper boundary of operation", "up_op_boundary"),
+                                   (LOWER_LOAD, "Lower boundary of operation", "low_op_boundary")):
+        b.constant(quantity, name, "MW", plan.load(column), "monitoring plan, load record of unit 5")
+    for number, stack in enumerate(plan.STACKS, 1):
+        for step, (component, name, units) in enumerate((("SO2", "SO2", "ppm"), ("NOX", "NOx", "ppm"), ("CO2", "CO2", "%"),
+                                                         ("FLOW", "Stack flow", "kscfm"))):
+            b.constant(SPANS + step, f"{name} span {stack}", units, plan.span(stack, component),
+                       f"monitoring plan, span of stack {stack}", number=number)
+        b.constant(NOX_DEFAULT, f"Maximum NOx rate {stack}", "lb/mmBtu", plan.default(stack, "NORX"),
+                   f"monitoring plan, default NORX of stack {stack}", number=number)
+        b.constant(DILUENT_CAP, f"CO2 diluent cap {stack}", "%", plan.default(stack, "CO2N"),
+                   f"monitoring plan, default CO2N of stack {stack}", number=number)
+    b.constant(NAMEPLATE, "Nameplate capacity", "MW", sources.nameplate("3", "5"), "list of facilities and units", io_type=CONSTANT)
+    b.common_calculations()
+    facts = (("dahs_id", "1"), ("site_id", "BARRY5"), ("description", "Barry unit 5"),
+             ("complete_name", "Barry (ORIS 3), Alabama, unit 5: hourly emissions of 2007, July and August absent"))
+    return Site("barry5", facts, b.hourly_file, plan, tuple(b.parameters), columns_of(b), minutes, status)
+
+
+def smith_sct1():
+    plan, b = sources.SmithPlan(), Builder(1, "smith_sct1_hourly_2007.csv")
+    b.hourly()
+    b.constant(CAPACITY, "Rated heat input", "mmBtu/hr", plan.capacity(), "monitoring plan, unit capacity")
+    for quantity, name, key in ((MAX_LOAD, "Maximum load", "maximumLoadValue"), (UPPER_LOAD, "Upper boundary of operation", "upperOperationBoundary"),
+                                (LOWER_LOAD, "Lower boundary of operation", "lowerOperationBoundary")):
+        b.constant(quantity, name, "MW", plan.load(key), "monitoring plan, load record of 2007 to 2014")
+    for number, (fuel, name) in enumerate((("PNG", "gas"), ("OIL", "oil")), 1):
+        b.constant(NOX_DEFAULT, f"Maximum NOx rate, {name}", "lb/mmBtu", plan.default("NORX", fuel),
+                   f"monitoring plan, default NORX for {name}", number=number)
+        b.constant(NOX_PPM_DEFAULT, f"Maximum NOx concentration, {name}", "ppm", plan.default("NOCX", fuel),
+                   f"monitoring plan, default NOCX for {name}", number=number)
+    so2 = b.constant(SO2_DEFAULT, "SO2 rate of pipeline gas", "lb/mmBtu", plan.default("SO2R", "PNG"),
+                     "monitoring plan, default SO2R for gas")
+    b.constant(NAMEPLATE, "Nameplate capacity", "MW", sources.nameplate("54", "SCT1"), "list of facilities and units", io_type=CONSTANT)
+    b.formula(SO2_MASS, HOUR, "SO2 mass on gas, calculated", "lb/hr", "0.000", "SO2 rate of pipeline gas times heat input (equation D-5)",
+              "{0} * {1}", (so2, b.pid(HEAT, HOUR, FOUND)))
+    b.common_calculations()
+    facts = (("dahs_id", "2"), ("site_id", "SMITHCT1"), ("description", "Smith combustion turbine SCT1"),
+             ("complete_name", "Smith Generating Facility (ORIS 54), Kentucky, combustion turbine SCT1: hourly emissions of 2007, January to April and October to December"))
+    return Site("smith-sct1", facts, b.hourly_file, plan, tuple(b.parameters), columns_of(b), (), None)
+
+
+def all_sites():
+    return barry5(), smith_sct1()

@@ -1,0 +1,133 @@
+"""Reads the copies of public files in ../source."""
+
+import csv
+import json
+from pathlib import Path
+
+SOURCE = Path(__file__).resolve().parent.parent / "source"
+
+NO_VALUE = "-9"
+YEAR_BEGIN, YEAR_END = "2007-01-01", "2007-12-31"
+
+
+def read_csv(name):
+    with open(SOURCE / name, newline="", encoding="utf-8") as file:
+        return list(csv.DictReader(file))
+
+
+def in_effect(begin, end):
+    """Whether a dated record holds through the whole of 2007."""
+    return begin <= YEAR_BEGIN and (not end or end >= YEAR_END)
+
+
+def the_only(rows, what):
+    """The single element of rows; anything else is an error in the source or in the question."""
+    rows = list(rows)
+    if len(rows) != 1:
+        raise ValueError(f"{what}: expected one record, found {len(rows)}")
+    return rows[0]
+
+
+def plain_number(text):
+    """A number as found, with a digit before the point and without idle zeros behind it: .2630 -> 0.263."""
+    if text.startswith("."):
+        text = "0" + text
+    if "." in text:
+        text = text.rstrip("0").rstrip(".")
+    return text
+
+
+class Hour:
+    """One row of an hourly file."""
+
+    VALUES = ("OPTIME", "GLOAD", "HTINPUT", "SO2MASS", "NOXRATE", "NOXMASS")
+    FLAGS = {"HTINPUT": "HTINPUTMEASURE", "SO2MASS": "SO2MEASURE", "NOXRATE": "NOXRMEASURE", "NOXMASS": "NOXMMEASURE"}
+
+    def __init__(self, row):
+        day = row["YYMMDD"]
+        self.time = f"20{day[:2]}-{day[2:4]}-{day[4:]} {int(row['HOUR']):02d}:00"
+        self.values = {name: "" if row[name] == NO_VALUE else plain_number(row[name]) for name in self.VALUES}
+        self.flags = {name: row[flag] for name, flag in self.FLAGS.items()}
+        self.operating = float(self.values["OPTIME"]) > 0
+        if self.operating != all(self.values.values()) or self.operating != all(self.flags.values()):
+            raise ValueError(f"{self.time}: values and flags are expected in operating hours, and only there")
+
+
+def hours(name):
+    return [Hour(row) for row in read_csv(name)]
+
+
+def code_text(table, code):
+    """Description of a code in the code tables."""
+    row = the_only((r for r in read_csv("code_tables.csv") if (r["table"], r["code"]) == (table, code)), f"{table} {code}")
+    return row["description"]
+
+
+def unit_in_text(table, code):
+    """Unit of measure that a code's description names in parentheses: 'NOx Emissions Rate (lb/mmBtu)'."""
+    return code_text(table, code).split("(")[1].split(")")[0]
+
+
+class BarryPlan:
+    """Monitoring plan of Barry unit 5 in 2007: the unit (11) and its two stacks MS5A (9) and MS5B (10)."""
+
+    UNIT, STACKS = "11", {"MS5A": "9", "MS5B": "10"}
+
+    def _row(self, name, **keys):
+        return the_only(
+            (r for r in read_csv(f"barry_plan_{name}.csv")
+             if all(r[k] == v for k, v in keys.items()) and in_effect(r["begin_date"], r["end_date"])),
+            f"barry_plan_{name} {keys}")
+
+    def capacity(self):
+        return self._row("capacity", unit_id="5")["max_hi_capacity"]
+
+    def load(self, column):
+        return self._row("load", mon_loc_id=self.UNIT)[column]
+
+    def span(self, stack, component):
+        return self._row("span", mon_loc_id=self.STACKS[stack], component_type_cd=component)["span_value"]
+
+    def default(self, stack, parameter):
+        return self._row("default", mon_loc_id=self.STACKS[stack], parameter_cd=parameter)["default_value"]
+
+    def measured_by_certified_primary(self, parameter):
+        """Both stacks monitor the parameter continuously, and all their systems are primary ones."""
+        stacks = set(self.STACKS.values())
+        methods = {(r["mon_loc_id"], r["method_cd"]) for r in read_csv("barry_plan_method.csv")
+                   if r["mon_loc_id"] in stacks and r["parameter_cd"] == parameter and in_effect(r["begin_date"], r["end_date"])}
+        systems = {r["sys_designation_cd"] for r in read_csv("barry_plan_system.csv") if r["mon_loc_id"] in stacks}
+        return methods == {(stack, "CEM") for stack in stacks} and systems == {"P"}
+
+
+class SmithPlan:
+    """Monitoring plan of Smith SCT1 in 2007."""
+
+    def __init__(self):
+        self._plan = json.loads((SOURCE / "smith_sct1_plan.json").read_text(encoding="utf-8"))
+
+    def _record(self, group, **keys):
+        return the_only(
+            (r for r in self._plan[group]
+             if all(r[k] == v for k, v in keys.items()) and in_effect(r["beginDate"], r["endDate"])),
+            f"{group} {keys}")
+
+    def capacity(self):
+        return str(self._record("unitCapacityData")["maximumHourlyHeatInputCapacity"])
+
+    def load(self, key):
+        return str(self._record("monitoringLoadData")[key])
+
+    def default(self, parameter, fuel):
+        return str(self._record("monitoringDefaultData", parameterCode=parameter, fuelCode=fuel)["defaultValue"])
+
+    def measured_by_certified_primary(self, parameter):
+        methods = {r["monitoringMethodCode"] for r in self._plan["monitoringMethodData"]
+                   if r["parameterCode"] == parameter and in_effect(r["beginDate"], r["endDate"])}
+        return methods == {"CEM"}
+
+
+def nameplate(plant, unit):
+    row = the_only((r for r in read_csv("facilities_units.csv")
+                    if (r["CAMD_PLANT_ID"], r["CAMD_UNIT_ID"]) == (plant, unit)), f"unit {plant} {unit}")
+    return row["CAMD_NAMEPLATE_CAPACITY"]
