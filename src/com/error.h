@@ -1,5 +1,5 @@
-// Errors in both directions: HRESULT and error info in, exceptions inside, HRESULT and error info out, and the
-// number and description under which an automation client knows an HRESULT.
+// Errors in both directions: HRESULT and error info in, exceptions inside, HRESULT and error info out, and
+// the number and description under which an automation client knows an HRESULT.
 #pragma once
 
 #include <oleauto.h>

@@ -7,12 +7,13 @@
 
 namespace vtdn::com {
 
-/// Turns the exception in flight into its HRESULT and sets the thread's error info: the callee's own, unchanged, for
-/// a failed call; one with `source` for a failure of our own; out of memory and unknown exceptions included.
+/// Turns the exception in flight into its HRESULT and sets the thread's error info: the callee's own,
+/// unchanged, for a failed call; one with `source` for a failure of our own; out of memory and unknown
+/// exceptions included.
 HRESULT currentExceptionToResult(const wchar_t* source, REFIID iid) noexcept;
 
-/// Runs a method body. Clears the thread's error info first, so that what is there afterwards belongs to this call.
-/// The body returns void (S_OK) or an HRESULT.
+/// Runs a method body. Clears the thread's error info first, so that what is there afterwards belongs to this
+/// call. The body returns void (S_OK) or an HRESULT.
 template <class Body>
 HRESULT guard(const wchar_t* source, REFIID iid, Body&& body) noexcept {
     try {

@@ -39,8 +39,8 @@ struct ElementType<IDispatch*> {
     static constexpr VARTYPE value = VT_DISPATCH;
 };
 
-/// Lower and upper bound of a one-dimensional array. No array at all is error 9 (subscript out of range), and so are
-/// two dimensions where one is meant.
+/// Lower and upper bound of a one-dimensional array. No array at all is error 9 (subscript out of range), and
+/// so are two dimensions where one is meant.
 struct Bounds {
     LONG lower;
     LONG upper;
@@ -109,10 +109,10 @@ class SafeArray {
     SAFEARRAY* array_ = nullptr;
 };
 
-/// Gives a by-reference array of the client the bounds 0 to count - 1. An array that has them is kept with its
-/// elements; any other is replaced by a fresh one. The client's array stays whole when this throws: 9 for no
-/// array or more than one dimension, 13 for another element type, 10 for a fixed or locked array that would have
-/// to be replaced.
+/// Gives a by-reference array of the client the bounds 0 to count - 1. An array that has them is kept with
+/// its elements; any other is replaced by a fresh one. The client's array stays whole when this throws: 9 for
+/// no array or more than one dimension, 13 for another element type, 10 for a fixed or locked array that
+/// would have to be replaced.
 void redimension(SAFEARRAY** array, VARTYPE type, LONG count);
 
 }  // namespace vtdn::com

@@ -47,7 +47,9 @@ class Bstr {
 };
 
 /// Replaces a by-reference string of the client and frees the old one.
-inline void replace(BSTR* target, Bstr text) noexcept { SysFreeString(std::exchange(*target, text.detach())); }
+inline void replace(BSTR* target, Bstr text) noexcept {
+    SysFreeString(std::exchange(*target, text.detach()));
+}
 
 /// UTF-16 to and from UTF-8, character by character; an unpaired surrogate becomes U+FFFD.
 std::string toUtf8(std::wstring_view text);

@@ -11,7 +11,9 @@
 
 namespace vtdn::com {
 
-inline constexpr VARIANT_BOOL variantBool(bool value) noexcept { return value ? VARIANT_TRUE : VARIANT_FALSE; }
+inline constexpr VARIANT_BOOL variantBool(bool value) noexcept {
+    return value ? VARIANT_TRUE : VARIANT_FALSE;
+}
 
 /// Owns a variant. Empty at first.
 class Variant {
@@ -47,8 +49,8 @@ class Variant {
     VARIANT value_;
 };
 
-/// A number, a boolean, or a text that reads as a number in the user's locale. By-reference variants are followed.
-/// Null, Empty, dates, errors, objects and arrays are not numeric.
+/// A number, a boolean, or a text that reads as a number in the user's locale. By-reference variants are
+/// followed. Null, Empty, dates, errors, objects and arrays are not numeric.
 bool isNumeric(const VARIANT& value) noexcept;
 
 /// Conversions that report instead of throwing, for loops over values. Null gives 94, as for a client.
