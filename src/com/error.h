@@ -2,11 +2,10 @@
 // the number and description under which an automation client knows an HRESULT.
 #pragma once
 
-#include <oleauto.h>
-
 #include <string>
 #include <string_view>
 
+#include "com/platform.h"
 #include "com/ptr.h"
 
 namespace vtdn::com {
@@ -20,12 +19,19 @@ class Error {
 
     /// The number that a client sees: 13 for a type mismatch, the signed HRESULT where there is none.
     [[nodiscard]] LONG number() const noexcept;
-    /// The error info's description when there is an info, otherwise the number's own text.
+    /// The error info's description when there is one, otherwise the number's own text.
     [[nodiscard]] std::wstring description() const;
 
   private:
     HRESULT result_;
     Ptr<IErrorInfo> info_;
+};
+
+/// A failure of our own. Its error info has a description only: the guard that it leaves through adds the
+/// source.
+class OwnError final : public Error {
+  public:
+    using Error::Error;
 };
 
 /// "Object variable or With block variable not set", number 91.
@@ -37,7 +43,11 @@ inline constexpr HRESULT invalidUseOfNull = static_cast<HRESULT>(0x800A005E);
 LONG errorNumber(HRESULT result) noexcept;
 std::wstring_view errorText(LONG number) noexcept;
 
-/// Throws the failure of a call together with the error info that the callee set. Out of line: the cold path.
+/// The failure of a call together with the error info that the callee set, which is taken off the thread: for
+/// callers that trap it. Calls whose failure is ignored should be followed by this as well, or their info
+/// stays behind.
+Error lastError(HRESULT result) noexcept;
+/// Throws lastError(). Out of line: the cold path.
 [[noreturn]] void throwLast(HRESULT result);
 /// Throws a failure of our own with a description for the client.
 [[noreturn]] void throwError(HRESULT result, std::wstring_view description = {});

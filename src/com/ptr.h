@@ -1,9 +1,9 @@
 // Owning pointer to a COM object.
 #pragma once
 
-#include <unknwn.h>
-
 #include <utility>
+
+#include "com/platform.h"
 
 namespace vtdn::com {
 

@@ -1,14 +1,13 @@
 // Typed safe arrays: one dimension, exact element types.
 #pragma once
 
-#include <oleauto.h>
-
 #include <cstddef>
 #include <cstring>
 #include <span>
 #include <utility>
 
 #include "com/error.h"
+#include "com/platform.h"
 
 namespace vtdn::com {
 
@@ -110,9 +109,10 @@ class SafeArray {
 };
 
 /// Gives a by-reference array of the client the bounds 0 to count - 1. An array that has them is kept with
-/// its elements; any other is replaced by a fresh one. The client's array stays whole when this throws: 9 for
-/// no array or more than one dimension, 13 for another element type, 10 for a fixed or locked array that
-/// would have to be replaced.
+/// its elements, 0 To -1 for a count of 0 included; any other is replaced by a fresh one. The client's array
+/// stays whole when this throws: 9 for no array, more than one dimension, or a count of 0 or less that would
+/// need a new array; 13 for another element type; 10 for a fixed or locked array that would have to be
+/// replaced.
 void redimension(SAFEARRAY** array, VARTYPE type, LONG count);
 
 }  // namespace vtdn::com

@@ -1,11 +1,11 @@
 // Automation strings: counted UTF-16, may hold NUL, and null means empty.
 #pragma once
 
-#include <oleauto.h>
-
 #include <string>
 #include <string_view>
 #include <utility>
+
+#include "com/platform.h"
 
 namespace vtdn::com {
 

@@ -1,11 +1,10 @@
 // Variants: an owner, the numeric test, and conversions in the user's locale by the platform's own rules.
 #pragma once
 
-#include <oleauto.h>
-
 #include <cstdint>
 #include <string_view>
 
+#include "com/platform.h"
 #include "com/ptr.h"
 #include "com/strings.h"
 
@@ -24,6 +23,8 @@ class Variant {
     ~Variant() { VariantClear(&value_); }
     Variant& operator=(Variant other) noexcept;
 
+    /// A copy of a client's variant; by-reference variants are followed.
+    static Variant copyOf(const VARIANT& value);
     static Variant null() noexcept;
     static Variant missing() noexcept;  ///< an argument that was left out: DISP_E_PARAMNOTFOUND
     static Variant of(LONG value) noexcept;
@@ -43,6 +44,7 @@ class Variant {
     [[nodiscard]] VARIANT* inOut() noexcept { return &value_; }
     [[nodiscard]] VARTYPE type() const noexcept { return value_.vt; }
     [[nodiscard]] bool isNull() const noexcept { return value_.vt == VT_NULL; }
+    /// Hands the value to an [out] argument, whose old content is not looked at. Empty afterwards.
     void detachTo(VARIANT* out) noexcept;
 
   private:
@@ -53,7 +55,9 @@ class Variant {
 /// followed. Null, Empty, dates, errors, objects and arrays are not numeric.
 bool isNumeric(const VARIANT& value) noexcept;
 
-/// Conversions that report instead of throwing, for loops over values. Null gives 94, as for a client.
+/// Conversions that report instead of throwing, for loops over values. By-reference variants are followed.
+/// Null gives 94, an argument that was left out 13, a null object 91, out of range 6 (DISP_E_OVERFLOW; a NaN
+/// to an integer too). `out` changes on success only.
 HRESULT toInt16(const VARIANT& value, std::int16_t& out) noexcept;
 HRESULT toInt32(const VARIANT& value, LONG& out) noexcept;
 HRESULT toSingle(const VARIANT& value, float& out) noexcept;

@@ -1,0 +1,8 @@
+// The platform's headers, in the one order in which every compiler takes them.
+#pragma once
+
+#include <windows.h>
+// clang-format off
+#include <objbase.h>
+#include <oleauto.h>
+// clang-format on

@@ -1,0 +1,49 @@
+#include "com/safe_array.h"
+
+#include <new>
+
+namespace vtdn::com {
+namespace {
+
+/// Whether the array's memory belongs to somebody who placed it: it cannot be freed, so it cannot be
+/// replaced.
+bool isFixed(const SAFEARRAY& array) noexcept {
+    return (array.fFeatures & (FADF_AUTO | FADF_STATIC | FADF_EMBEDDED | FADF_FIXEDSIZE)) != 0;
+}
+
+}  // namespace
+
+Bounds bounds(SAFEARRAY* array) {
+    if (SafeArrayGetDim(array) != 1) throwError(DISP_E_BADINDEX);
+    Bounds b{};
+    check(SafeArrayGetLBound(array, 1, &b.lower));
+    check(SafeArrayGetUBound(array, 1, &b.upper));
+    return b;
+}
+
+void needElementType(SAFEARRAY* array, VARTYPE type) {
+    VARTYPE found = VT_EMPTY;
+    if (!array || FAILED(SafeArrayGetVartype(array, &found)) || found != type)
+        throwError(DISP_E_TYPEMISMATCH);
+}
+
+SafeArray SafeArray::create(VARTYPE type, LONG count) {
+    if (count < 0) throwError(DISP_E_BADINDEX);
+    SAFEARRAYBOUND bound{static_cast<ULONG>(count), 0};
+    SafeArray array(SafeArrayCreate(type, 1, &bound));
+    if (!array.get()) throw std::bad_alloc();
+    return array;
+}
+
+void redimension(SAFEARRAY** array, VARTYPE type, LONG count) {
+    const Bounds have = bounds(*array);
+    needElementType(*array, type);
+    if (have.lower == 0 && have.upper == static_cast<long long>(count) - 1) return;
+    if (count <= 0) throwError(DISP_E_BADINDEX);
+    if (isFixed(**array) || (*array)->cLocks != 0) throwError(DISP_E_ARRAYISLOCKED);
+    SafeArray fresh = SafeArray::create(type, count);
+    check(SafeArrayDestroy(*array));
+    fresh.detachTo(array);
+}
+
+}  // namespace vtdn::com
