@@ -1,0 +1,233 @@
+// The component's type library as C# declarations: what a type library importer would make of it, ready to compile
+// into a client, so that no interop assembly has to be built or shipped.
+//
+//     var wrapper = (VTWrapperDN._DIWrapper)new VTWrapperDN.DIWrapper();
+//
+// Dates are local standard time. Arrays that a member fills are replaced by arrays from 0 to lngCount - 1; pass
+// dimensioned ones, never null. An engine failure arrives as a COMException with the engine's number and text.
+
+using System;
+using System.Runtime.InteropServices;
+
+namespace VTWrapperDN
+{
+    /// <summary>Access to the data of one DAHS: binding, problems list, parameters.</summary>
+    [ComImport, Guid("61552E09-705D-4941-B814-56114E8B44D7"), InterfaceType(ComInterfaceType.InterfaceIsDual)]
+    public interface _DIWrapper
+    {
+        // Binding to a DAHS.
+        /// <summary>Binds the wrapper to a DAHS of the directory. False when already set up or refused by the engine; the wrapper stays bound until Teardown either way.</summary>
+        [DispId(1)]
+        bool Setup(int lngDahsID);
+
+        /// <summary>Setup under a client application name; a blank name becomes VantorDNWrapper.</summary>
+        [DispId(2)]
+        bool Setup3(int lngDahsID, [In, MarshalAs(UnmanagedType.BStr)] string strClientAppName);
+
+        /// <summary>Binds the wrapper to a site by its id and five connection strings instead of a directory entry.</summary>
+        [DispId(3)]
+        bool Setup2(
+            [In, MarshalAs(UnmanagedType.BStr)] string strForceSiteID,
+            [In, MarshalAs(UnmanagedType.BStr)] string strForceAlarmConnection,
+            [In, MarshalAs(UnmanagedType.BStr)] string strForceConfigConnection,
+            [In, MarshalAs(UnmanagedType.BStr)] string strForceDataConnection,
+            [In, MarshalAs(UnmanagedType.BStr)] string strForceDataShortTermConnection,
+            [In, MarshalAs(UnmanagedType.BStr)] string strForceRealtimeConnection);
+
+        /// <summary>Setup2 under a client application name; a blank name becomes VantorDNWrapper.</summary>
+        [DispId(4)]
+        bool Setup4(
+            [In, MarshalAs(UnmanagedType.BStr)] string strForceSiteID,
+            [In, MarshalAs(UnmanagedType.BStr)] string strForceAlarmConnection,
+            [In, MarshalAs(UnmanagedType.BStr)] string strForceConfigConnection,
+            [In, MarshalAs(UnmanagedType.BStr)] string strForceDataConnection,
+            [In, MarshalAs(UnmanagedType.BStr)] string strForceDataShortTermConnection,
+            [In, MarshalAs(UnmanagedType.BStr)] string strForceRealtimeConnection,
+            [In, MarshalAs(UnmanagedType.BStr)] string strClientAppName);
+
+        /// <summary>Closes the engine and ends the binding; nothing happens when not set up.</summary>
+        [DispId(5)]
+        void Teardown();
+
+        /// <summary>Directory of the product family ("" before set-up).</summary>
+        [DispId(6)]
+        [return: MarshalAs(UnmanagedType.BStr)]
+        string SelectedDahs_VantorDir();
+
+        /// <summary>System directory of the product family ("" before set-up).</summary>
+        [DispId(7)]
+        [return: MarshalAs(UnmanagedType.BStr)]
+        string SelectedDahs_VantorSystemDir();
+
+        /// <summary>Connection string of the alarm database ("" before set-up).</summary>
+        [DispId(8)]
+        [return: MarshalAs(UnmanagedType.BStr)]
+        string SelectedDahs_AlarmConnection();
+
+        /// <summary>Connection string of the configuration database ("" before set-up).</summary>
+        [DispId(9)]
+        [return: MarshalAs(UnmanagedType.BStr)]
+        string SelectedDahs_ConfigConnection();
+
+        /// <summary>Complete name of the DAHS ("" before set-up).</summary>
+        [DispId(10)]
+        [return: MarshalAs(UnmanagedType.BStr)]
+        string SelectedDahs_DahsCompleteName();
+
+        /// <summary>Id of the DAHS (0 before set-up).</summary>
+        [DispId(11)]
+        int SelectedDahs_DahsID();
+
+        /// <summary>Connection string of the data database ("" before set-up).</summary>
+        [DispId(12)]
+        [return: MarshalAs(UnmanagedType.BStr)]
+        string SelectedDahs_DataConnection();
+
+        /// <summary>Connection string of the realtime database ("" before set-up).</summary>
+        [DispId(13)]
+        [return: MarshalAs(UnmanagedType.BStr)]
+        string SelectedDahs_RealtimeConnection();
+
+        /// <summary>Connection string of the short-term data database ("" before set-up).</summary>
+        [DispId(14)]
+        [return: MarshalAs(UnmanagedType.BStr)]
+        string SelectedDahs_DataShortTermConnection();
+
+        /// <summary>Identifier of the site ("" before set-up).</summary>
+        [DispId(15)]
+        [return: MarshalAs(UnmanagedType.BStr)]
+        string SelectedDahs_SiteID();
+
+        // Problems list.
+        /// <summary>The problems since the last call, separated by tabs, each "(time stamp) text"; empties the list.</summary>
+        [DispId(31)]
+        [return: MarshalAs(UnmanagedType.BStr)]
+        string GetAndClearProblemsList();
+
+        // Parameter metadata.
+        /// <summary>Whether the engine knows the parameter.</summary>
+        [DispId(51)]
+        bool Param_DoesExist(int lngPID);
+
+        /// <summary>Whether the values of the parameter are stored in the database, so that they can be written (I/O type 38).</summary>
+        [DispId(52)]
+        bool Param_IsDBDataIO(int lngPID);
+
+        /// <summary>Display format of the parameter.</summary>
+        [DispId(53)]
+        [return: MarshalAs(UnmanagedType.BStr)]
+        string Param_Fmt(int lngPID);
+
+        /// <summary>Interval type of the parameter.</summary>
+        [DispId(54)]
+        [return: MarshalAs(UnmanagedType.BStr)]
+        string Param_IntervalType(int lngPID);
+
+        /// <summary>Unit of measure of the parameter.</summary>
+        [DispId(55)]
+        [return: MarshalAs(UnmanagedType.BStr)]
+        string Param_MeasUnits(int lngPID);
+
+        /// <summary>Name of the parameter.</summary>
+        [DispId(56)]
+        [return: MarshalAs(UnmanagedType.BStr)]
+        string Param_Name(int lngPID);
+
+        /// <summary>Lists the editable and the constant parameters that a parameter of time type 3 is computed from, as nine-digit PIDs joined by ";".</summary>
+        [DispId(57)]
+        bool Param_FindPIDsUsedByPID(
+            int lngPID,
+            [In, Out, MarshalAs(UnmanagedType.BStr)] ref string strEditablePIDs,
+            [In, Out, MarshalAs(UnmanagedType.BStr)] ref string strConstantPIDs);
+
+        // Reads.
+        /// <summary>Reads one interval as text with its monitor code; any failure gives False, "" and 0.</summary>
+        [DispId(81)]
+        bool Param_GetData_String(
+            int lngPID,
+            DateTime dtmStartTime,
+            [In, Out, MarshalAs(UnmanagedType.BStr)] ref string strValue,
+            ref int lngMC);
+
+        /// <summary>Reads a run of intervals as whole numbers from -32768 to 32767; anything else is 0 and flagged in ablnNonNumeric. Arrays become 0 To lngCount - 1.</summary>
+        [DispId(82)]
+        bool Param_GetDataArray_Integer(
+            int lngPID,
+            DateTime dtmPeriodStart,
+            int lngCount,
+            [In, MarshalAs(UnmanagedType.BStr)] string strIntervalType,
+            int lngIntervalLength,
+            [In, Out, MarshalAs(UnmanagedType.SafeArray, SafeArraySubType = VarEnum.VT_I4)] ref int[] alngValues,
+            [In, Out, MarshalAs(UnmanagedType.SafeArray, SafeArraySubType = VarEnum.VT_I4)] ref int[] alngMCs,
+            [In, Out, MarshalAs(UnmanagedType.SafeArray, SafeArraySubType = VarEnum.VT_BOOL)] ref bool[] ablnNonNumeric);
+
+        /// <summary>Reads a run of intervals as singles; no value is 0 and flagged in ablnNonNumeric. Arrays become 0 To lngCount - 1.</summary>
+        [DispId(83)]
+        bool Param_GetDataArray_Single(
+            int lngPID,
+            DateTime dtmPeriodStart,
+            int lngCount,
+            [In, MarshalAs(UnmanagedType.BStr)] string strIntervalType,
+            int lngIntervalLength,
+            [In, Out, MarshalAs(UnmanagedType.SafeArray, SafeArraySubType = VarEnum.VT_R4)] ref float[] asngValues,
+            [In, Out, MarshalAs(UnmanagedType.SafeArray, SafeArraySubType = VarEnum.VT_I4)] ref int[] alngMCs,
+            [In, Out, MarshalAs(UnmanagedType.SafeArray, SafeArraySubType = VarEnum.VT_BOOL)] ref bool[] ablnNonNumeric);
+
+        /// <summary>Reads a run of intervals as texts; no value is "". Arrays become 0 To lngCount - 1.</summary>
+        [DispId(84)]
+        bool Param_GetDataArray_String(
+            int lngPID,
+            DateTime dtmPeriodStart,
+            int lngCount,
+            [In, MarshalAs(UnmanagedType.BStr)] string strIntervalType,
+            int lngIntervalLength,
+            [In, Out, MarshalAs(UnmanagedType.SafeArray, SafeArraySubType = VarEnum.VT_BSTR)] ref string[] astrValues,
+            [In, Out, MarshalAs(UnmanagedType.SafeArray, SafeArraySubType = VarEnum.VT_I4)] ref int[] alngMCs);
+
+        // Writes of one interval.
+        /// <summary>Writes the monitor code of one interval and keeps its value.</summary>
+        [DispId(111)]
+        bool Param_WriteMC(int lngPID, DateTime dtmTStamp, int lngMC);
+
+        /// <summary>Clears the value of one interval and keeps its monitor code.</summary>
+        [DispId(112)]
+        bool Param_WriteValue_Null(int lngPID, DateTime dtmTStamp);
+
+        /// <summary>Writes a whole number to one interval and keeps its monitor code.</summary>
+        [DispId(113)]
+        bool Param_WriteValue_Integer(int lngPID, DateTime dtmTStamp, int lngValue);
+
+        /// <summary>Writes a single to one interval and keeps its monitor code.</summary>
+        [DispId(114)]
+        bool Param_WriteValue_Single(int lngPID, DateTime dtmTStamp, float sngValue);
+
+        /// <summary>Writes a text to one interval and keeps its monitor code.</summary>
+        [DispId(115)]
+        bool Param_WriteValue_String(
+            int lngPID,
+            DateTime dtmTStamp,
+            [In, MarshalAs(UnmanagedType.BStr)] string strValue);
+
+        /// <summary>Writes no value and a monitor code to one interval.</summary>
+        [DispId(116)]
+        bool Param_WriteVMC_Null(int lngPID, DateTime dtmTStamp, int lngMC);
+
+        /// <summary>Writes a whole number and a monitor code to one interval.</summary>
+        [DispId(117)]
+        bool Param_WriteVMC_Integer(int lngPID, DateTime dtmTStamp, int lngValue, int lngMC);
+
+        /// <summary>Writes a single and a monitor code to one interval.</summary>
+        [DispId(118)]
+        bool Param_WriteVMC_Single(int lngPID, DateTime dtmTStamp, float sngValue, int lngMC);
+
+        /// <summary>Writes a single and a monitor code to one interval: strValue is a number here.</summary>
+        [DispId(119)]
+        bool Param_WriteVMC_String(int lngPID, DateTime dtmTStamp, float strValue, int lngMC);
+    }
+
+    /// <summary>A wrapper around the data-interface engine of one DAHS.</summary>
+    [ComImport, Guid("CDD8700E-2853-4DCB-8A86-00FBB41A5AF4"), ClassInterface(ClassInterfaceType.None)]
+    public class DIWrapper
+    {
+    }
+}
