@@ -20,7 +20,8 @@ Field D is 2 for calculated parameters ("Calculated:"), 0 for what was found.
 | `*/site.csv` | all | written for the demo; plant, number and unit as found |
 | `*/monitor_codes.csv` | rows 1 to 55 | method-of-determination codes, wording as found. Where the collected wording was not checked against the regulation, `[wording: ...]` behind it says how far it is supported; do not rely on it |
 | | rows 0 and 100 and above | derived: codes of the demo's own, see below |
-| `*/parameters.csv` | pid, interval, io_type, format, uses, formula, aggregation | written for the demo |
+| | rank | written for the demo: off 1, measured and calculated 10, unknown 15, default 20, substitute 25 and 30, derived 40 |
+| `*/parameters.csv` | pid, interval, io_type, format, uses, formula, aggregation, roll_up | written for the demo |
 | | name, units | written for the demo after the code tables: units of SO2 mass, NOx rate and NOx mass as the tables have them |
 | | value | constants, as found in the monitoring plan in effect throughout 2007; see the list below |
 | `*/values/hourly-2007.csv` | time | as found, written as date and time |

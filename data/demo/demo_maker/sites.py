@@ -14,22 +14,23 @@ SO2_MASS, SO2_RATE, NOX_RATE, NOX_MASS, NOX_DIFFERENCE = 40, 41, 50, 51, 52
 CAPACITY, MAX_LOAD, UPPER_LOAD, LOWER_LOAD, NAMEPLATE = 901, 902, 903, 904, 905
 SPANS, NOX_DEFAULT, DILUENT_CAP, SO2_DEFAULT, NOX_PPM_DEFAULT, POUNDS_PER_TON = 910, 920, 921, 922, 923, 990
 
-Parameter = namedtuple("Parameter", "pid name description units format interval io_type value aggregation formula uses source")
+Parameter = namedtuple("Parameter", "pid name description units format interval io_type value aggregation formula uses roll_up source")
 Site = namedtuple("Site", "folder facts hourly_file plan parameters columns minutes status_pid")
 Minutes = namedtuple("Minutes", "pid column decimals per_hour_total")
 
-COLUMNS = ("pid", "name", "description", "units", "format", "interval", "io_type", "value", "aggregation", "formula", "uses")
+COLUMNS = ("pid", "name", "description", "units", "format", "interval", "io_type", "value", "aggregation", "formula", "uses", "roll_up")
 
-# What the hourly files hold: column, quantity, name, unit, format, and the parameter of the monitoring plan that its flag is about.
+# What the hourly files hold: column, quantity, name, unit, format, the parameter of the monitoring plan that its
+# flag is about, how longer intervals are read, description.
 HOURLY = (
-    ("OPTIME", OPERATING_TIME, "Operating time", "hr", "0.00", None, "Part of the hour that the unit operated"),
-    ("GLOAD", LOAD, "Gross load", "MW", "0", None, "Gross electrical load"),
-    ("HTINPUT", HEAT, "Heat input", "mmBtu", "0.0", "HI", "Heat input of the hour"),
-    ("SO2MASS", SO2_MASS, "SO2 mass", sources.unit_in_text("monitoring_parameter", "SO2"), "0.0", "SO2",
+    ("OPTIME", OPERATING_TIME, "Operating time", "hr", "0.00", None, "sum", "Part of the hour that the unit operated"),
+    ("GLOAD", LOAD, "Gross load", "MW", "0", None, "average", "Gross electrical load"),
+    ("HTINPUT", HEAT, "Heat input", "mmBtu", "0.0", "HI", "sum", "Heat input of the hour"),
+    ("SO2MASS", SO2_MASS, "SO2 mass", sources.unit_in_text("monitoring_parameter", "SO2"), "0.0", "SO2", "sum",
      "SO2 mass emissions of the hour"),
     ("NOXRATE", NOX_RATE, "NOx rate", sources.unit_in_text("monitoring_parameter", "NOXR"), "0.000", "NOXR",
-     "NOx emission rate"),
-    ("NOXMASS", NOX_MASS, "NOx mass", sources.unit_in_text("monitoring_parameter", "NOX"), "0.0", "NOX",
+     "average", "NOx emission rate"),
+    ("NOXMASS", NOX_MASS, "NOx mass", sources.unit_in_text("monitoring_parameter", "NOX"), "0.0", "NOX", "sum",
      "NOx mass emissions of the hour"),
 )
 
@@ -43,19 +44,20 @@ class Builder:
     def pid(self, quantity, time_type, origin, number=0):
         return display(self.unit, quantity, time_type, origin, number)
 
-    def _add(self, pid, name, text, units, form, io_type, source, value="", aggregation="", formula="", uses=()):
+    def _add(self, pid, name, text, units, form, io_type, source, value="", aggregation="", formula="", uses=(), roll_up=""):
         interval = INTERVALS[int(pid.split("-")[2])]
         self.parameters.append(Parameter(pid, name, text, units, form, interval, io_type, value, aggregation, formula,
-                                         ";".join(uses), source))
+                                         ";".join(uses), roll_up, source))
         return pid
 
     def hourly(self):
-        for column, quantity, name, units, form, _, text in HOURLY:
+        for column, quantity, name, units, form, _, roll_up, text in HOURLY:
             self._add(self.pid(quantity, HOUR, FOUND), name, text, units, form, DATABASE,
-                      f"column {column} of {self.hourly_file}, as found")
+                      f"column {column} of {self.hourly_file}, as found", roll_up=roll_up)
 
-    def derived(self, quantity, time_type, name, units, form, text, how):
-        return self._add(self.pid(quantity, time_type, DERIVED), name, f"Derived: {text}", units, form, DATABASE, f"derived: {how}")
+    def derived(self, quantity, time_type, name, units, form, text, how, roll_up=""):
+        return self._add(self.pid(quantity, time_type, DERIVED), name, f"Derived: {text}", units, form, DATABASE,
+                         f"derived: {how}", roll_up=roll_up)
 
     def constant(self, quantity, name, units, value, source, text="", number=0, io_type=PLAN_CONSTANT):
         return self._add(self.pid(quantity, NO_TIME, FOUND, number), name, text, units, "", io_type, source,
@@ -99,7 +101,7 @@ class Builder:
 
 def columns_of(builder):
     """What the wide hourly file holds: PID, column, and the parameter of the monitoring plan that its flag is about."""
-    return tuple((builder.pid(quantity, HOUR, FOUND), column, planned) for column, quantity, _, _, _, planned, _ in HOURLY)
+    return tuple((builder.pid(quantity, HOUR, FOUND), column, planned) for column, quantity, _, _, _, planned, *_ in HOURLY)
 
 
 def barry5():
@@ -109,11 +111,11 @@ def barry5():
                        "operating, part hour or off, from OPTIME; written for the hours where it changes and after a gap")
 
     minutes = (Minutes(b.derived(LOAD, MINUTE, "Gross load, minute", "MW", "0.0", "made from the hourly gross load",
-                                 "mean of an hour's operating minutes = GLOAD"), "GLOAD", 1, False),
+                                 "mean of an hour's operating minutes = GLOAD", "average"), "GLOAD", 1, False),
                Minutes(b.derived(HEAT, MINUTE, "Heat input rate, minute", "mmBtu/hr", "0.00", "made from the hourly heat input",
-                                 "sum of an hour's operating minutes / 60 = HTINPUT"), "HTINPUT", 2, True),
+                                 "sum of an hour's operating minutes / 60 = HTINPUT", "average"), "HTINPUT", 2, True),
                Minutes(b.derived(NOX_RATE, MINUTE, "NOx rate, minute", "lb/mmBtu", "0.0000", "made from the hourly NOx rate",
-                                 "mean of an hour's operating minutes = NOXRATE"), "NOXRATE", 4, False))
+                                 "mean of an hour's operating minutes = NOXRATE", "average"), "NOXRATE", 4, False))
     for m in minutes:
         quantity, name, units = {"GLOAD": (LOAD, "Gross load", "MW"), "HTINPUT": (HEAT, "Heat input rate", "mmBtu/hr"),
                                  "NOXRATE": (NOX_RATE, "NOx rate", "lb/mmBtu")}[m.column]

@@ -73,7 +73,7 @@ def site_files(site):
     hours = sources.hours(site.hourly_file)
     files = {
         "site.csv": csv_text(("key", "value"), site.facts),
-        "monitor_codes.csv": csv_text(("code", "short_name", "long_name"), codes.rows()),
+        "monitor_codes.csv": csv_text(("code", "short_name", "long_name", "rank"), codes.rows()),
         "parameters.csv": csv_text(sites.COLUMNS, ([getattr(p, c) for c in sites.COLUMNS] for p in site.parameters)),
         "values/hourly-2007.csv": hourly_text(site, hours),
     }

@@ -1,0 +1,255 @@
+#!/usr/bin/env python3
+"""Tests of the demo sites and of docs/site-files.md. The last line is "N passed, N failed"."""
+
+import csv
+import json
+import shutil
+import subprocess
+import sys
+import tempfile
+import unittest
+from collections import Counter
+from fractions import Fraction
+from pathlib import Path
+
+sys.dont_write_bytecode = True
+HERE = Path(__file__).resolve().parent
+ROOT = HERE.parents[2]
+DEMO = ROOT / "data" / "demo"
+sys.path.insert(0, str(HERE))
+
+from site_files import DATABASE, Refused, Site, pid_number, time_of  # noqa: E402
+
+OFF, DERIVED = 100, 110
+DERIVED_FIELD, CALCULATED_FIELD = 1, 2
+SIZE_LIMIT = 6_000_000
+
+
+def source(name):
+    with open(DEMO / "source" / name, newline="", encoding="utf-8") as file:
+        return list(csv.DictReader(file))
+
+
+def field_d(pid):
+    return pid // 100 % 100
+
+
+def write_site(folder, files):
+    for name, content in files.items():
+        path = folder / name
+        path.parent.mkdir(parents=True, exist_ok=True)
+        path.write_bytes(content if isinstance(content, bytes) else content.encode("utf-8"))
+    return folder
+
+
+class TheFormat(unittest.TestCase):
+    """The reader of this test, held against its own cases, so that a demo site it accepts is one."""
+
+    @classmethod
+    def setUpClass(cls):
+        cls.cases = json.loads((HERE / "refused.json").read_text(encoding="utf-8"))
+
+    def read(self, files):
+        with tempfile.TemporaryDirectory() as folder:
+            return Site(write_site(Path(folder), files))
+
+    def test_a_good_site_is_read(self):
+        site = self.read(self.cases["good"])
+        heat = site.values[pid_number("1-030-3-00-00")]
+        self.assertEqual([(v.value, v.mc) for v in heat], [(212.4, 1), (None, 9), (48.2, 0)])
+        self.assertEqual([v.value for v in site.values[pid_number("1-050-3-00-00")]], [0.174, "N/A"])
+
+    def test_a_byte_order_mark_and_line_ends_of_either_kind_are_read(self):
+        files = {name: b"\xef\xbb\xbf" + text.replace("\n", "\r\n").encode() for name, text in self.cases["good"].items()}
+        self.assertEqual(self.read(files).values, self.read(self.cases["good"]).values)
+
+    def test_each_kind_of_mistake_is_refused_in_its_file_and_line(self):
+        for case in self.cases["refused"]:
+            with self.subTest(case["name"]):
+                with self.assertRaises(Refused) as refused:
+                    self.read({**self.cases["good"], case["file"]: case["content"]})
+                self.assertEqual((refused.exception.file, refused.exception.line), (case["file"], case["line"]))
+
+    def test_bytes_that_are_not_utf8_are_refused(self):
+        with self.assertRaises(Refused) as refused:
+            self.read({**self.cases["good"], "site.csv": b"key,value\ndescription,Stra\xdfe\n"})
+        self.assertEqual((refused.exception.file, refused.exception.line), ("site.csv", 2))
+
+    def test_a_site_without_parameters_is_refused(self):
+        with self.assertRaises(Refused):
+            self.read({"site.csv": "key,value\n"})
+
+    def test_the_example_in_the_document_is_a_site(self):
+        text = (ROOT / "docs" / "site-files.md").read_text(encoding="utf-8").split("## A plant of your own")[1]
+        blocks = text.split("```csv\n")
+        names = [before.rsplit("`", 2)[1] for before in blocks[:-1]]
+        files = dict(zip(names, (block.split("```")[0] for block in blocks[1:])))
+        self.assertEqual(set(files), {"site.csv", "monitor_codes.csv", "parameters.csv", "values/2024-01.csv"})
+        self.assertEqual(sum(map(len, self.read(files).values.values())), 12)
+
+
+class TheDemoSites(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.barry, cls.smith = Site(DEMO / "barry5"), Site(DEMO / "smith-sct1")
+        cls.hourly = {cls.barry: source("barry5_hourly_2007.csv"), cls.smith: source("smith_sct1_hourly_2007.csv")}
+
+    def series(self, site, pid):
+        return site.values[pid_number(pid)]
+
+    def hour_series(self, site, quantity):
+        unit = {self.barry: 5, self.smith: 1}[site]
+        return self.series(site, f"{unit}-{quantity}-3-00-00")
+
+    def test_they_are_made_byte_for_byte_from_their_sources(self):
+        check = subprocess.run([sys.executable, DEMO / "make_demo.py", "--check"], capture_output=True, text=True)
+        self.assertEqual(check.returncode, 0, check.stdout + check.stderr)
+
+    def test_the_check_notices_a_changed_byte(self):
+        with tempfile.TemporaryDirectory() as folder:
+            copy = Path(shutil.copytree(DEMO, Path(folder) / "demo"))
+            changed = copy / "barry5" / "values" / "hourly-2007.csv"
+            changed.write_bytes(changed.read_bytes().replace(b",1904.278,", b",1904.279,", 1))
+            check = subprocess.run([sys.executable, copy / "make_demo.py", "--check"], capture_output=True, text=True)
+            self.assertEqual((check.returncode, check.stdout.strip()), (1, "barry5/values/hourly-2007.csv differs"))
+
+    def test_their_size_is_modest(self):
+        self.assertLess(sum(p.stat().st_size for p in DEMO.rglob("*") if p.is_file()), SIZE_LIMIT)
+
+    def test_every_hour_and_value_of_the_sources_is_there(self):
+        columns = {"010": "OPTIME", "020": "GLOAD", "030": "HTINPUT", "040": "SO2MASS", "050": "NOXRATE", "051": "NOXMASS"}
+        for site, rows in self.hourly.items():
+            for quantity, column in columns.items():
+                with self.subTest(column=column, rows=len(rows)):
+                    expected = []
+                    for row in rows:
+                        day = row["YYMMDD"]
+                        value = None if row[column] == "-9" else float(row[column])
+                        expected.append((time_of(f"20{day[:2]}-{day[2:4]}-{day[4:]} {int(row['HOUR']):02d}:00"), value))
+                    self.assertEqual([(v.time, v.value) for v in self.hour_series(site, quantity)], expected)
+
+    def test_the_totals_are_those_of_the_plants(self):
+        # (operating hours, operating time, SO2 mass in lb, NOx mass in lb, heat input in mmBtu, rows)
+        known = {self.barry: (5217, "5206.75", "33627068.35", "11213587.663", "36233911.4", 7272),
+                 self.smith: (778, "707.25", "481.949", "46773.2", "634171.7", 5088)}
+        for site, (hours, time, so2, nox, heat, rows) in known.items():
+            got = {q: [Fraction(repr(v.value)) for v in self.hour_series(site, q) if v.value is not None]
+                   for q in ("010", "040", "051", "030")}
+            self.assertEqual(sum(v > 0 for v in got["010"]), hours)
+            self.assertEqual([sum(got[q]) for q in ("010", "040", "051", "030")], [Fraction(t) for t in (time, so2, nox, heat)])
+            self.assertEqual(len(got["010"]), rows)
+
+    def test_codes_are_the_ones_that_the_flags_stand_for(self):
+        flags = {"020": None, "030": "HTINPUTMEASURE", "040": "SO2MEASURE", "050": "NOXRMEASURE", "051": "NOXMMEASURE"}
+        measured = {self.barry: 1, self.smith: 101}
+        for site, rows in self.hourly.items():
+            code = {"1": measured[site], "2": 102, "3": 103, "4": 104, "98": 198}
+            for quantity, flag in flags.items():
+                expected = [OFF if float(r["OPTIME"]) == 0 else code[r[flag]] if flag else 0 for r in rows]
+                self.assertEqual([v.mc for v in self.hour_series(site, quantity)], expected)
+        self.assertEqual(Counter(v.mc for v in self.hour_series(self.barry, "050")), {1: 5170, OFF: 2055, 104: 41, 103: 6})
+
+    def test_minutes_have_the_mean_of_their_hour(self):
+        hours = {v.time: v.value for v in self.hour_series(self.barry, "010")}
+        for minute_pid, quantity, amount in (("5-020-1-01-00", "020", False), ("5-030-1-01-00", "030", True), ("5-050-1-01-00", "050", False)):
+            by_hour = {}
+            for v in self.series(self.barry, minute_pid):
+                by_hour.setdefault(v.time.replace(minute=0), []).append(v)
+            hourly = {v.time: v.value for v in self.hour_series(self.barry, quantity)}
+            self.assertEqual(len(by_hour), 7 * 24)
+            for hour, minutes in by_hour.items():
+                values = [Fraction(repr(v.value)) for v in minutes if v.value is not None]
+                self.assertEqual(len(minutes), 60)
+                self.assertEqual(len(values), 60 * Fraction(repr(hours[hour])))
+                self.assertTrue(all(v.mc == (OFF if v.value is None else DERIVED) for v in minutes))
+                if values:
+                    self.assertEqual(sum(values) / (60 if amount else len(values)), Fraction(repr(hourly[hour])))
+                    self.assertGreaterEqual(min(values), 0)
+
+    def test_minutes_are_no_flat_line(self):
+        values = [v.value for v in self.series(self.barry, "5-020-1-01-00") if v.value]
+        self.assertGreater(len(set(values)), 1000)
+
+    def test_constants_are_those_of_the_monitoring_plans(self):
+        known = {self.barry: {"5-901-0-00-00": 11057, "5-902-0-00-00": 800, "5-910-0-00-01": 1500, "5-911-0-00-02": 500,
+                              "5-920-0-00-01": 1.58, "5-920-0-00-02": 1.52, "5-905-0-00-00": 788.8},
+                 self.smith: {"1-901-0-00-00": 1800, "1-902-0-00-00": 150, "1-922-0-00-00": 0.0006, "1-920-0-00-01": 2.288}}
+        for site, constants in known.items():
+            self.assertEqual({pid: site.parameters[pid_number(pid)].value for pid in constants}, constants)
+
+    def test_nox_mass_agrees_with_rate_times_heat_input(self):
+        for site in self.hourly:
+            rate, heat, mass = ([v.value for v in self.hour_series(site, q)] for q in ("050", "030", "051"))
+            off = sorted(abs(r * h - m) / m for r, h, m in zip(rate, heat, mass) if m is not None)
+            self.assertLess(off[len(off) // 2], 0.001)
+            self.assertLess(off[-1], 0.03)
+
+    def test_expected_months_follow_from_the_hours(self):
+        take = {"sum": sum, "average": lambda v: sum(v) / len(v), "maximum": max, "minimum": min}
+        # Barry 5 was off all February and March: of those months there is the operating time only.
+        for site, name, rows in ((self.barry, "barry5", 10 * 8 - 2 * 7), (self.smith, "smith-sct1", 7 * 8)):
+            with open(DEMO / "expected" / f"{name}-monthly.csv", newline="", encoding="utf-8") as file:
+                expected = list(csv.DictReader(file))
+            self.assertEqual(len(expected), rows)
+            for row in expected:
+                parameter, month = site.parameters[pid_number(row["pid"])], time_of(row["time"])
+                hours = [Fraction(repr(v.value)) for v in site.values[parameter.uses[0]]
+                         if v.value is not None and (v.time.year, v.time.month) == (month.year, month.month)]
+                self.assertEqual(float(row["value"]), float(take[parameter.aggregation](hours)), row)
+
+    def test_everything_derived_says_so(self):
+        provenance = (DEMO / "PROVENANCE.md").read_text(encoding="utf-8")
+        for site in self.hourly:
+            for pid, p in site.parameters.items():
+                self.assertEqual(field_d(pid) == DERIVED_FIELD, p.description.startswith("Derived:"), p.name)
+                self.assertEqual(field_d(pid) == CALCULATED_FIELD, p.description.startswith("Calculated:"), p.name)
+                self.assertEqual(field_d(pid) == CALCULATED_FIELD, bool(p.uses), p.name)
+                if field_d(pid) == DERIVED_FIELD:
+                    self.assertTrue(all(v.mc == DERIVED for v in site.values[pid] if v.value is not None), p.name)
+                    self.assertIn(f"| {p.name} | derived: ", provenance)
+            for path in (site.folder / "values").iterdir():
+                derived = any(field_d(pid_number(word)) == DERIVED_FIELD for word in path.read_text().replace("\n", ",").split(",")[:20]
+                              if pid_number(word))
+                self.assertEqual("derived" in path.name, derived, path.name)
+            for code, row in site.codes.items():
+                self.assertEqual(code >= OFF, row["long_name"].startswith("Derived"), row)
+
+    def test_wordings_that_were_not_checked_say_so(self):
+        rows = source("modc_codes.csv")
+        self.assertEqual(len(rows), 35)
+        for site in self.hourly:
+            for row in rows:
+                name = site.codes[int(row["modc"])]["long_name"]
+                self.assertEqual(name, row["description"] + ("" if row["status"] == "verbatim" else f" [wording: {row['status']}]"))
+
+    def test_every_parameter_and_file_is_in_the_provenance(self):
+        provenance = (DEMO / "PROVENANCE.md").read_text(encoding="utf-8")
+        for site in self.hourly:
+            lines = (site.folder / "parameters.csv").read_text(encoding="utf-8").splitlines()[1:]
+            self.assertEqual([line for line in lines if f"| {line.split(',')[0]} |" not in provenance], [])
+            for path in (site.folder / "values").iterdir():
+                self.assertRegex(provenance, rf"`[*a-z0-9-]+/values/{path.name}`")
+
+    def test_the_texts_name_the_status(self):
+        status = self.series(self.barry, "5-015-3-01-00")
+        self.assertEqual({v.value for v in status}, {"operating", "part hour", "off"})
+        self.assertEqual(sum(len(v) for pid, v in self.barry.values.items() if self.barry.parameters[pid].io_type == DATABASE),
+                         6 * 7272 + 3 * 10080 + len(status))
+
+
+class Result(unittest.TextTestResult):
+    """Counts subtests that fail as one failure each, and the tests that pass."""
+
+    passed = 0
+
+    def addSuccess(self, test):
+        super().addSuccess(test)
+        self.passed += 1
+
+
+if __name__ == "__main__":
+    suite = unittest.defaultTestLoader.loadTestsFromModule(sys.modules[__name__])
+    result = unittest.TextTestRunner(stream=sys.stdout, resultclass=Result).run(suite)
+    failed = len(result.failures) + len(result.errors)
+    print(f"{result.passed} passed, {failed} failed")
+    sys.exit(1 if failed else 0)

@@ -1,0 +1,377 @@
+"""Reads a site folder by the rules of docs/site-files.md, independently of the importer and of what makes the demo sites."""
+
+import datetime
+import math
+import re
+from collections import namedtuple
+
+TIME_TYPES = "01234578"
+DATABASE, CONSTANTS, OCCURRENCE = 38, (4, 34), 31
+AGGREGATIONS = ("average", "sum", "minimum", "maximum")
+UNIT_SECONDS = {"s": 1, "m": 60, "h": 3600, "d": 86400}
+DAY = 86400
+EPOCH = datetime.datetime(1899, 12, 30)
+
+NUMBER = re.compile(r"[+-]?(\d+\.?\d*|\.\d+)([eE][+-]?\d+)?", re.ASCII)
+LIKE_A_NUMBER = re.compile(r"[+-]?\.?\d", re.ASCII)
+INTEGER = re.compile(r"\d+", re.ASCII)
+PID_FORMS = (re.compile(r"\d{1,2}-\d{3}-\d-\d{2}-\d{2}", re.ASCII), re.compile(r"\d{9,10}", re.ASCII))
+TIME = re.compile(r"(\d{4})-(\d\d)-(\d\d) (\d\d):(\d\d)(?::(\d\d))?", re.ASCII)
+FORMULA_TOKEN = re.compile(r"\s*(\[[^\]]*\]|(?:\d+\.?\d*|\.\d+)(?:[eE][+-]?\d+)?|[-+*/()])", re.ASCII)
+
+Parameter = namedtuple("Parameter", "pid name description units interval io_type value aggregation formula uses roll_up line")
+Value = namedtuple("Value", "time value mc")
+Interval = namedtuple("Interval", "seconds months")
+
+
+class Refused(Exception):
+    """A broken rule: file (relative path), line (1 is the header) and reason."""
+
+    def __init__(self, file, line, reason):
+        super().__init__(f"{file}:{line}: {reason}")
+        self.file, self.line, self.reason = file, line, reason
+
+
+def split_line(text):
+    """Fields of one CSV line; ValueError says what is wrong with it."""
+    fields, at = [], 0
+    while True:
+        if text[at:at + 1] == '"':
+            field, at = "", at + 1
+            while True:
+                end = text.find('"', at)
+                if end < 0:
+                    raise ValueError("quotation mark not closed")
+                field += text[at:end]
+                if text[end + 1:end + 2] != '"':
+                    break
+                field, at = field + '"', end + 2
+            at = end + 1
+            if at < len(text) and text[at] != ",":
+                raise ValueError("characters after a closing quotation mark")
+        else:
+            end = text.find(",", at)
+            end = len(text) if end < 0 else end
+            field, at = text[at:end], end
+            if '"' in field:
+                raise ValueError("quotation mark inside a field without quotation marks")
+        fields.append(field)
+        if at >= len(text):
+            return fields
+        at += 1
+
+
+def rows(folder, file):
+    """Yields (line number, fields), the header first."""
+    try:
+        text = (folder / file).read_bytes().decode("utf-8-sig")
+    except UnicodeDecodeError as error:
+        line = (folder / file).read_bytes()[:error.start].count(b"\n") + 1
+        raise Refused(file, line, "not UTF-8") from None
+    lines = text.split("\n")
+    if lines[-1] == "":
+        lines.pop()
+    if not lines:
+        raise Refused(file, 1, "no header")
+    width = None
+    for number, line in enumerate(lines, 1):
+        line = line.removesuffix("\r")
+        if line == "":
+            raise Refused(file, number, "empty line")
+        if any(ord(c) < 32 or ord(c) == 127 for c in line):
+            raise Refused(file, number, "control character")
+        try:
+            fields = split_line(line)
+        except ValueError as error:
+            raise Refused(file, number, str(error)) from None
+        width = width or len(fields)
+        if len(fields) != width:
+            raise Refused(file, number, f"{len(fields)} fields instead of {width}")
+        yield number, fields
+
+
+def table(folder, file, required, optional=()):
+    """Yields (line number, dict) of a file with fixed columns; absent optional ones are empty."""
+    source = rows(folder, file)
+    _, header = next(source)
+    for name in header:
+        if name not in required + optional:
+            raise Refused(file, 1, f"unknown column {name}")
+        if header.count(name) > 1:
+            raise Refused(file, 1, f"column {name} twice")
+    for name in required:
+        if name not in header:
+            raise Refused(file, 1, f"no column {name}")
+    empty = dict.fromkeys(required + optional, "")
+    for number, fields in source:
+        yield number, {**empty, **dict(zip(header, fields))}
+
+
+def pid_number(text):
+    """The PID as a number, from either form; None when it is none."""
+    if not any(form.fullmatch(text) for form in PID_FORMS):
+        return None
+    pid = int(text.replace("-", ""))
+    valid = 100000 <= pid <= 1999999999 and str(pid // 10000 % 10) in TIME_TYPES
+    return pid if valid else None
+
+
+def integer(text, low, high):
+    return int(text) if INTEGER.fullmatch(text) and low <= int(text) <= high else None
+
+
+def interval_of(text):
+    """Interval, or None when values cannot be stored at it."""
+    match = re.fullmatch(r"(\d+)([smhdM])", text, re.ASCII)
+    count = int(match[1]) if match else 0
+    if count == 0:
+        return None
+    if match[2] == "M":
+        return Interval(0, count) if 12 % count == 0 else None
+    seconds = count * UNIT_SECONDS[match[2]]
+    return Interval(seconds, 0) if DAY % seconds == 0 else None
+
+
+def shorter(a, b):
+    return b.months > a.months if a.months or b.months else b.seconds > a.seconds
+
+
+def value_of(text):
+    """None, a number or a text; ValueError says what is wrong."""
+    if text == "":
+        return None
+    if NUMBER.fullmatch(text):
+        if not math.isfinite(float(text)):
+            raise ValueError("number out of range")
+        return float(text)
+    if LIKE_A_NUMBER.match(text):
+        raise ValueError("begins like a number and is none")
+    if len(text) > 255:
+        raise ValueError("text too long")
+    return text
+
+
+def time_of(text):
+    """datetime, or None when the text is no time of a day of the calendar."""
+    match = TIME.fullmatch(text)
+    try:
+        time = datetime.datetime(*(int(part or 0) for part in match.groups())) if match else None
+    except ValueError:
+        return None
+    return time if time and time.year >= 1900 else None
+
+
+def on_interval(time, interval):
+    if interval.months:
+        return (time.day, time.hour, time.minute, time.second) == (1, 0, 0, 0) and (time.month - 1) % interval.months == 0
+    return (time.hour * 3600 + time.minute * 60 + time.second) % interval.seconds == 0
+
+
+def formula_pids(text):
+    """PIDs in a formula; ValueError when it is not arithmetic over PIDs and numbers (functions are not read here)."""
+    pids, at, depth, operand_next = [], 0, 0, True
+    while at < len(text.rstrip()):
+        match = FORMULA_TOKEN.match(text, at)
+        if not match:
+            raise ValueError("formula not understood")
+        token, at = match[1], match.end()
+        if token == "(" and operand_next:
+            depth += 1
+        elif token == ")" and not operand_next and depth:
+            depth -= 1
+        elif token in "+-*/" and not operand_next:
+            operand_next = True
+        elif token in "+-" and operand_next:
+            pass
+        elif token[0] in "[.0123456789" and operand_next:
+            operand_next = False
+            if token[0] == "[":
+                pids.append(pid_number(token[1:-1]))
+        else:
+            raise ValueError("formula not understood")
+    if depth or operand_next or None in pids:
+        raise ValueError("formula not understood")
+    return pids
+
+
+class Site:
+    """A whole folder; reading it raises Refused at the first broken rule."""
+
+    def __init__(self, folder):
+        self.folder = folder
+        for path in sorted(folder.glob("*.csv")):
+            if path.name not in ("site.csv", "monitor_codes.csv", "parameters.csv"):
+                raise Refused(path.name, 1, "not a file of a site")
+        self.facts = self._facts() if (folder / "site.csv").exists() else {}
+        self.codes = self._codes() if (folder / "monitor_codes.csv").exists() else {}
+        if not (folder / "parameters.csv").exists():
+            raise Refused("parameters.csv", 1, "missing")
+        self.parameters = self._parameters()
+        for parameter in self.parameters.values():
+            self._check_calculation(parameter)
+        self._check_cycles()
+        self.values = {pid: [] for pid, p in self.parameters.items() if p.io_type == DATABASE}
+        for path in sorted(folder.glob("values/*.csv")):
+            self._read_values(f"values/{path.name}")
+
+    def _facts(self):
+        facts = {}
+        for line, row in table(self.folder, "site.csv", ("key", "value")):
+            key = row["key"]
+            if key not in ("dahs_id", "site_id", "description", "complete_name"):
+                raise Refused("site.csv", line, f"unknown key {key}")
+            if key in facts:
+                raise Refused("site.csv", line, f"key {key} twice")
+            if key == "dahs_id" and integer(row["value"], 1, 2**31 - 1) is None:
+                raise Refused("site.csv", line, "dahs_id out of range")
+            if key == "site_id" and len(row["value"]) > 32:
+                raise Refused("site.csv", line, "site_id too long")
+            facts[key] = row["value"]
+        return facts
+
+    def _codes(self):
+        codes = {}
+        for line, row in table(self.folder, "monitor_codes.csv", ("code", "short_name"), ("long_name", "rank")):
+            code = integer(row["code"], 0, 32767)
+            if code is None or code in codes:
+                raise Refused("monitor_codes.csv", line, "code ill-formed, out of range or repeated")
+            if not 1 <= len(row["short_name"]) <= 16:
+                raise Refused("monitor_codes.csv", line, "short name empty or too long")
+            if row["rank"] and integer(row["rank"], 0, 32767) is None:
+                raise Refused("monitor_codes.csv", line, "rank ill-formed or out of range")
+            codes[code] = row
+        return codes
+
+    def _parameters(self):
+        file, parameters = "parameters.csv", {}
+        optional = ("description", "units", "format", "value", "aggregation", "formula", "uses", "roll_up")
+        for line, row in table(self.folder, file, ("pid", "name", "interval", "io_type"), optional):
+            def refuse(reason):
+                raise Refused(file, line, reason)
+            pid, io_type = pid_number(row["pid"]), integer(row["io_type"], 1, 999)
+            if pid is None or pid in parameters:
+                refuse("PID ill-formed or repeated")
+            if row["name"] == "":
+                refuse("empty name")
+            if io_type is None or io_type == OCCURRENCE:
+                refuse("I/O type not accepted")
+            constant, calculated = io_type in CONSTANTS, io_type not in (DATABASE, *CONSTANTS)
+            interval = interval_of(row["interval"])
+            if interval is None and not (constant and row["interval"] == ""):
+                refuse("interval not accepted")
+            if bool(row["value"]) != constant:
+                refuse("value missing, or out of place")
+            if bool(row["uses"]) != calculated or bool(row["aggregation"]) + bool(row["formula"]) != calculated:
+                refuse("uses, aggregation or formula missing, or out of place")
+            if row["roll_up"] and (constant or row["roll_up"] not in AGGREGATIONS):
+                refuse("roll-up unknown, or out of place")
+            try:
+                value = value_of(row["value"])
+            except ValueError as error:
+                refuse(str(error))
+            uses = [pid_number(text) for text in row["uses"].split(";")] if row["uses"] else []
+            parameters[pid] = Parameter(pid, row["name"], row["description"], row["units"], interval, io_type, value,
+                                        row["aggregation"], row["formula"], uses, row["roll_up"], line)
+        return parameters
+
+    def _check_calculation(self, p):
+        def refuse(reason):
+            raise Refused("parameters.csv", p.line, reason)
+        if not p.uses:
+            return
+        used = [self.parameters.get(pid) for pid in p.uses]  # get(None) is None: an ill-formed PID
+        if None in used or len(set(p.uses)) != len(p.uses):
+            refuse("a PID in uses is ill-formed, repeated or not in the file")
+        if p.aggregation:
+            if p.aggregation not in AGGREGATIONS:
+                refuse("unknown aggregation")
+            if len(used) != 1 or used[0].io_type in CONSTANTS or not shorter(used[0].interval, p.interval):
+                refuse("an aggregation uses one parameter of a shorter interval")
+        else:
+            try:
+                pids = formula_pids(p.formula)
+            except ValueError as error:
+                refuse(str(error))
+            if set(pids) != set(p.uses):
+                refuse("formula and uses differ")
+            if any(u.interval != p.interval and u.io_type not in CONSTANTS for u in used):
+                refuse("a parameter used has another interval")
+
+    def _check_cycles(self):
+        done, path = set(), []
+
+        def walk(pid):
+            if pid in path:
+                raise Refused("parameters.csv", self.parameters[path[0]].line, "a parameter uses itself")
+            if pid in done:
+                return
+            path.append(pid)
+            for used in self.parameters[pid].uses:
+                walk(used)
+            path.pop()
+            done.add(pid)
+        for pid in self.parameters:
+            walk(pid)
+
+    def _read_values(self, file):
+        source = rows(self.folder, file)
+        _, header = next(source)
+        if header[0] != "time":
+            raise Refused(file, 1, "the first column is not time")
+        long_form = "pid" in header
+        columns = {} if long_form else self._wide_columns(file, header)
+        if long_form and (len(set(header)) != len(header) or not {"time", "pid", "value"} <= set(header) <= {"time", "pid", "value", "mc"}):
+            raise Refused(file, 1, "columns are time, pid, value and mc")
+        for line, fields in source:
+            time = time_of(fields[header.index("time")])
+            if time is None:
+                raise Refused(file, line, "time ill-formed")
+            if long_form:
+                row = dict(zip(header, fields))
+                cells = [(self._database_pid(file, line, row["pid"]), row["value"], row.get("mc", ""))]
+            else:
+                cells = [(pid, fields[v], fields[m] if m else "") for pid, (v, m) in columns.items()]
+            for pid, value, mc in cells:
+                self._store(file, line, pid, time, value, mc)
+
+    def _database_pid(self, file, line, text):
+        pid = pid_number(text)
+        if pid is None or pid not in self.parameters or self.parameters[pid].io_type != DATABASE:
+            raise Refused(file, line, f"{text} is not a PID of a database parameter")
+        return pid
+
+    def _wide_columns(self, file, header):
+        """PID -> (column of the value, column of the code or 0)."""
+        columns = {}
+        for at, name in enumerate(header[1:], 1):
+            if not name.endswith(" mc"):
+                pid = self._database_pid(file, 1, name)
+                if pid in columns:
+                    raise Refused(file, 1, f"column {name} twice")
+                columns[pid] = [at, 0]
+        for at, name in enumerate(header[1:], 1):
+            if name.endswith(" mc"):
+                pid = self._database_pid(file, 1, name[:-3])
+                if pid not in columns or columns[pid][1]:
+                    raise Refused(file, 1, f"column {name} twice or without its values")
+                columns[pid][1] = at
+        if not columns:
+            raise Refused(file, 1, "no PID")
+        return columns
+
+    def _store(self, file, line, pid, time, text, code_text):
+        code = integer(code_text, 0, 32767) if code_text else 0
+        if code is None or (code and code not in self.codes):
+            raise Refused(file, line, "monitor code not an integer or not known")
+        try:
+            value = value_of(text)
+        except ValueError as error:
+            raise Refused(file, line, str(error)) from None
+        if text == "" and code_text == "":
+            return
+        if not on_interval(time, self.parameters[pid].interval):
+            raise Refused(file, line, "time not on the interval")
+        series = self.values[pid]
+        if series and series[-1].time >= time:
+            raise Refused(file, line, "time not later than the one before")
+        series.append(Value(time, value, code))
