@@ -320,7 +320,7 @@ class Site:
             raise Refused(file, 1, "the first column is not time")
         long_form = "pid" in header
         columns = {} if long_form else self._wide_columns(file, header)
-        if long_form and (len(set(header)) != len(header) or not {"time", "pid", "value"} <= set(header) <= {"time", "pid", "value", "mc"}):
+        if long_form and sorted(header) not in (["pid", "time", "value"], ["mc", "pid", "time", "value"]):
             raise Refused(file, 1, "columns are time, pid, value and mc")
         for line, fields in source:
             time = time_of(fields[header.index("time")])
