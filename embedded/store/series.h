@@ -1,0 +1,97 @@
+// Series of values with monitor codes in one data database, packed into chunks.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "store/chunk.h"
+#include "store/database.h"
+#include "store/interval.h"
+#include "store/run.h"
+#include "store/value.h"
+
+namespace vtdn::store {
+
+/// What a series is: values of a parameter at a storable interval.
+struct SeriesKey {
+    Pid pid;
+    Interval interval;
+};
+
+/// Throws offBoundary unless the time is the beginning of a storable interval of a parameter, and outOfRange
+/// outside the years 100 to 9999.
+void requireBoundary(Pid pid, const Interval& interval, Time time);
+
+/// One interval of a masked write.
+struct WriteItem {
+    Item item;
+    bool value = true;  ///< write the value
+    bool code = true;   ///< write the monitor code
+};
+
+/// The series of one data database. Times must be beginnings of the series' interval (offBoundary otherwise).
+class SeriesStore {
+  public:
+    explicit SeriesStore(Database& db);
+
+    [[nodiscard]] Item read(const SeriesKey& key, Time time);
+    /// Reads consecutive intervals of the series' own length, as of one moment.
+    void read(const SeriesKey& key, Time start, std::int32_t count, Run& run);
+
+    /// Writes one interval, or as much of it as the mask says. On the disk when it returns.
+    void write(const SeriesKey& key, Time time, const WriteItem& item);
+    /// Writes consecutive intervals, all of them or none. On the disk when it returns.
+    void write(const SeriesKey& key, Time start, std::span<const WriteItem> items);
+    /// The same for singles with codes, the form that bulk data comes in.
+    void write(const SeriesKey& key, Time start, std::span<const float> values,
+               std::span<const MonitorCode> codes);
+
+    /// Takes values in ascending order of time, much faster than single writes. They count once finish() was
+    /// called and the transaction around it is committed.
+    class Appender {
+      public:
+        Appender(SeriesStore& store, const SeriesKey& key);
+        /// Throws offBoundary, and outOfRange when the time is not behind the one before.
+        void append(Time time, Item item);
+        void finish();
+
+      private:
+        SeriesStore& store_;
+        SeriesKey key_;
+        std::int64_t series_;
+        std::int64_t chunk_ = 0;
+        std::optional<std::int64_t> last_;  // index of the interval appended last
+        std::vector<Item> items_;
+    };
+
+    /// Reads every chunk and returns a sentence for each one that is damaged.
+    [[nodiscard]] std::vector<std::string> check();
+    /// Number of intervals that hold a value or a code, over all series.
+    [[nodiscard]] std::int64_t countStored();
+
+  private:
+    std::int64_t findSeries(const SeriesKey& key);
+    std::int64_t findOrAddSeries(const SeriesKey& key);
+    std::vector<Item> loadChunk(const SeriesKey& key, std::int64_t series, std::int64_t chunk);
+    void storeChunk(std::int64_t series, std::int64_t chunk, std::span<const Item> items);
+    [[nodiscard]] std::string damageSentence(const SeriesKey& key, std::int64_t chunk) const;
+    [[noreturn]] void failChunk(const SeriesKey& key, std::int64_t chunk) const;
+    template <typename Edit>
+    void edit(const SeriesKey& key, std::int64_t first, std::int64_t count, Edit change);
+
+    Database& db_;
+    Statement find_series_;
+    Statement add_series_;
+    Statement get_chunk_;
+    Statement get_chunks_;
+    Statement put_chunk_;
+    Statement remove_chunk_;
+    Blob blob_;  // scratch
+};
+
+}  // namespace vtdn::store

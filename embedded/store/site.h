@@ -1,0 +1,115 @@
+// A site: its five databases, its parameters and monitor codes, and its values by PID.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "store/database.h"
+#include "store/interval.h"
+#include "store/monitor_codes.h"
+#include "store/parameters.h"
+#include "store/run.h"
+#include "store/schema.h"
+#include "store/series.h"
+#include "store/value.h"
+
+namespace vtdn::store {
+
+/// Connection strings of the five databases of a site.
+struct SiteConnections {
+    std::string alarm;
+    std::string config;
+    std::string data;  ///< values of an hour and longer
+    std::string data_short_term;
+    std::string realtime;
+
+    /// Databases with the usual names in one folder.
+    static SiteConnections inFolder(std::string_view folder);
+
+    friend bool operator==(const SiteConnections&, const SiteConnections&) = default;
+};
+
+/// An open site, for use by one thread at a time. Any number of programs can have the same site open; each
+/// sees what another has written with its next read (parameters and monitor codes: after flushCache).
+class Site {
+  public:
+    /// Makes the five databases of a new site and opens it. When anything fails, none of them is left behind.
+    static Site create(const SiteConnections& connections, std::string_view site_id);
+
+    /// Opens a site. An empty site id takes whichever site the databases belong to; otherwise they must
+    /// belong to that one. Throws malformedConnection, or what openDatabase throws.
+    Site(const SiteConnections& connections, std::string_view site_id, const OpenOptions& options = {});
+    ~Site();
+    Site(Site&&) noexcept;
+    Site& operator=(Site&&) noexcept;
+
+    [[nodiscard]] const std::string& siteId() const;
+    /// For what has no member here.
+    [[nodiscard]] Database& database(DatabaseKind kind);
+
+    // Metadata. Read on first use and kept until flushCache().
+    [[nodiscard]] const ParameterSet& parameters();
+    [[nodiscard]] const MonitorCodeTable& monitorCodes();
+    void flushCache();
+
+    // Reading, for parameters of every kind. A constant has its value at every time, with code 0. Throws
+    // unknownParameter, offBoundary, badInterval (an interval that the parameter has no values for),
+    // outOfRange and databaseDamaged.
+
+    /// The interval of the parameter's own length that begins at the time.
+    [[nodiscard]] Item read(Pid pid, Time time);
+    /// Consecutive intervals, of the parameter's own length or of a longer one that it rolls up to. The run
+    /// keeps its memory: reading into the same one again allocates nothing.
+    void read(Pid pid, const Span& span, Run& run);
+
+    // Writing, for database parameters. On the disk when it returns; a run is written whole or not at all.
+    // Throws unknownParameter, notWritable, offBoundary, badInterval (any but the parameter's own), badValue
+    // (a number that is infinite or NaN, a text that is too long), and databaseReadOnly, databaseLocked,
+    // diskFull.
+
+    void write(Pid pid, Time time, const WriteItem& item);
+    void write(Pid pid, const Span& span, std::span<const WriteItem> items);
+    /// Singles with their codes, as many of each as the span counts.
+    void write(Pid pid, const Span& span, std::span<const float> values, std::span<const MonitorCode> codes);
+
+    /// Reads everything and returns a sentence for each damage that was found.
+    [[nodiscard]] std::vector<std::string> check();
+
+  private:
+    friend class Load;
+    struct State;
+    explicit Site(std::unique_ptr<State> state);
+
+    std::unique_ptr<State> state_;
+};
+
+/// A load of parameters, codes and values into a site, all or nothing: whatever was given is undone unless
+/// commit() was called. Readers see the site as it was until then. One transaction per database, committed
+/// values first and metadata last, so that a power cut between them leaves values that nobody refers to yet.
+class Load {
+  public:
+    explicit Load(Site& site);
+    ~Load();
+    Load(const Load&) = delete;
+    Load& operator=(const Load&) = delete;
+
+    /// These in the place of all that the site has.
+    void replaceMonitorCodes(std::span<const MonitorCodeName> codes);
+    void replaceParameters(std::span<const Parameter> parameters);
+    /// One interval of a database parameter. Times of one parameter must ascend; parameters may be mixed.
+    /// Throws what Site::write throws, and outOfRange for a time that is not behind the one before.
+    void append(Pid pid, Time time, Item item);
+    void commit();
+
+  private:
+    struct State;
+    std::unique_ptr<State> state_;
+};
+
+}  // namespace vtdn::store

@@ -1,0 +1,31 @@
+// A folder of its own for each test, removed at the end.
+#pragma once
+
+#include <filesystem>
+#include <random>
+#include <string>
+
+namespace vtdn::store::test {
+
+class TempFolder {
+  public:
+    TempFolder()
+        : path_(std::filesystem::temp_directory_path() /
+                ("vtdn-store-" + std::to_string(std::random_device()()))) {
+        std::filesystem::create_directories(path_);
+    }
+    ~TempFolder() {
+        std::error_code ignored;
+        std::filesystem::remove_all(path_, ignored);
+    }
+    TempFolder(const TempFolder&) = delete;
+    TempFolder& operator=(const TempFolder&) = delete;
+
+    [[nodiscard]] std::string path() const { return path_.string(); }
+    [[nodiscard]] std::string file(const std::string& name) const { return (path_ / name).string(); }
+
+  private:
+    std::filesystem::path path_;
+};
+
+}  // namespace vtdn::store::test
