@@ -39,6 +39,7 @@ class Agreement:
     def __init__(self, hours, reported, calculate):
         pairs = [(calculate(h.values), float(h.values[reported])) for h in hours if h.operating]
         off = sorted(abs(c - r) / r for c, r in pairs if r)
+        self.far_off = sum(d > 0.1 for d in off)
         self.hours = len(off)
         self.median, self.p95, self.largest = off[len(off) // 2], off[int(len(off) * 0.95)], off[-1]
         self.total = sum(c for c, _ in pairs) / sum(r for _, r in pairs) - 1

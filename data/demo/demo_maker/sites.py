@@ -12,13 +12,15 @@ DATABASE, CONSTANT, PLAN_CONSTANT, CALCULATION = 38, 4, 34, 10
 OPERATING_TIME, STATUS, LOAD, LOAD_PERCENT, HEAT, HEAT_PERCENT = 10, 15, 20, 21, 30, 31
 SO2_MASS, SO2_RATE, NOX_RATE, NOX_MASS, NOX_DIFFERENCE = 40, 41, 50, 51, 52
 CAPACITY, MAX_LOAD, UPPER_LOAD, LOWER_LOAD, NAMEPLATE = 901, 902, 903, 904, 905
-SPANS, NOX_DEFAULT, DILUENT_CAP, SO2_DEFAULT, NOX_PPM_DEFAULT, POUNDS_PER_TON = 910, 920, 921, 922, 923, 990
+SPANS, NOX_DEFAULT, DILUENT_CAP, SO2_DEFAULT, NOX_PPM_DEFAULT = 910, 920, 921, 922, 923
+POUNDS_PER_TON = 990
 
-Parameter = namedtuple("Parameter", "pid name description units format interval io_type value aggregation formula uses roll_up source")
 Site = namedtuple("Site", "folder facts hourly_file plan parameters columns minutes status_pid")
 Minutes = namedtuple("Minutes", "pid column decimals per_hour_total")
 
-COLUMNS = ("pid", "name", "description", "units", "format", "interval", "io_type", "value", "aggregation", "formula", "uses", "roll_up")
+COLUMNS = ("pid", "name", "description", "units", "format", "interval", "io_type", "value", "aggregation", "formula", "uses",
+           "roll_up")
+Parameter = namedtuple("Parameter", (*COLUMNS, "source"))  # source: for PROVENANCE.md
 
 # What the hourly files hold: column, quantity, name, unit, format, the parameter of the monitoring plan that its
 # flag is about, how longer intervals are read, description.
@@ -71,6 +73,26 @@ class Builder:
         return self._add(self.pid(quantity, time_type, CALCULATED, number), name, f"Calculated: {text}", units, form, CALCULATION,
                          "calculated by the engine", formula=formula.format(*(f"[{u}]" for u in uses)), uses=uses)
 
+    def nameplate(self, plant, unit):
+        self.constant(NAMEPLATE, "Nameplate capacity", "MW", sources.nameplate(plant, unit), "list of facilities and units",
+                      io_type=CONSTANT)
+
+    def limits(self, plan):
+        """What the monitoring plan of every unit says about heat input and load."""
+        self.constant(CAPACITY, "Rated heat input", "mmBtu/hr", plan.capacity(), "monitoring plan, unit capacity")
+        names = ((MAX_LOAD, "Maximum load"), (UPPER_LOAD, "Upper boundary of operation"),
+                 (LOWER_LOAD, "Lower boundary of operation"))
+        for (quantity, name), value in zip(names, plan.load_limits()):
+            self.constant(quantity, name, "MW", value, "monitoring plan, load record")
+
+    def minutes(self, column, quantity, name, units, decimals, per_hour_total, how):
+        """Derived minutes of one column, with averages of quarter hours and hours over them."""
+        derived = self.derived(quantity, MINUTE, f"{name}, minute", units, "0." + "0" * decimals,
+                               f"made from column {column} of the hourly file", how, "average")
+        for time_type, suffix, number in ((QUARTER_HOUR, "quarter hour", 0), (HOUR, "hour from minutes", 1)):
+            self.aggregate(quantity, time_type, f"{name}, {suffix}", units, "0.000", "average", derived, number)
+        return Minutes(derived, column, decimals, per_hour_total)
+
     def common_calculations(self):
         """What is calculated for every unit: days, months, percentages."""
         hour = {quantity: self.pid(quantity, HOUR, FOUND) for _, quantity, *_ in HOURLY}
@@ -95,8 +117,8 @@ class Builder:
             self.aggregate(NOX_RATE, time_type, f"NOx rate {of}", "lb/mmBtu", "0.000", "average", hour[NOX_RATE])
             self.aggregate(NOX_MASS, time_type, f"NOx mass {of}", "lb", "0", "sum", hour[NOX_MASS])
         for quantity, name in ((SO2_MASS, "SO2"), (NOX_MASS, "NOx")):
-            self.formula(quantity, MONTH, f"{name} mass of the month, tons", "ton", "0.0", f"{name} mass of the month in short tons",
-                         "{0} / {1}", (self.pid(quantity, MONTH, CALCULATED), pounds), 1)
+            self.formula(quantity, MONTH, f"{name} mass of the month, tons", "ton", "0.0",
+                         f"{name} mass of the month in short tons", "{0} / {1}", (self.pid(quantity, MONTH, CALCULATED), pounds), 1)
 
 
 def columns_of(builder):
@@ -110,22 +132,12 @@ def barry5():
     status = b.derived(STATUS, HOUR, "Unit status", "", "", "a text where the unit's status changes",
                        "operating, part hour or off, from OPTIME; written for the hours where it changes and after a gap")
 
-    minutes = (Minutes(b.derived(LOAD, MINUTE, "Gross load, minute", "MW", "0.0", "made from the hourly gross load",
-                                 "mean of an hour's operating minutes = GLOAD", "average"), "GLOAD", 1, False),
-               Minutes(b.derived(HEAT, MINUTE, "Heat input rate, minute", "mmBtu/hr", "0.00", "made from the hourly heat input",
-                                 "sum of an hour's operating minutes / 60 = HTINPUT", "average"), "HTINPUT", 2, True),
-               Minutes(b.derived(NOX_RATE, MINUTE, "NOx rate, minute", "lb/mmBtu", "0.0000", "made from the hourly NOx rate",
-                                 "mean of an hour's operating minutes = NOXRATE", "average"), "NOXRATE", 4, False))
-    for m in minutes:
-        quantity, name, units = {"GLOAD": (LOAD, "Gross load", "MW"), "HTINPUT": (HEAT, "Heat input rate", "mmBtu/hr"),
-                                 "NOXRATE": (NOX_RATE, "NOx rate", "lb/mmBtu")}[m.column]
-        b.aggregate(quantity, QUARTER_HOUR, f"{name}, quarter hour", units, "0.000", "average", m.pid)
-        b.aggregate(quantity, HOUR, f"{name}, hour from minutes", units, "0.000", "average", m.pid, 1)
+    minutes = (b.minutes("GLOAD", LOAD, "Gross load", "MW", 1, False, "mean of an hour's operating minutes = GLOAD"),
+               b.minutes("HTINPUT", HEAT, "Heat input rate", "mmBtu/hr", 2, True,
+                         "sum of an hour's operating minutes / 60 = HTINPUT"),
+               b.minutes("NOXRATE", NOX_RATE, "NOx rate", "lb/mmBtu", 4, False, "mean of an hour's operating minutes = NOXRATE"))
 
-    b.constant(CAPACITY, "Rated heat input", "mmBtu/hr", plan.capacity(), "monitoring plan, unit capacity of unit 5")
-    for quantity, name, column in ((MAX_LOAD, "Maximum load", "max_load_value"), (UPPER_LOAD, "Upper boundary of operation", "up_op_boundary"),
-                                   (LOWER_LOAD, "Lower boundary of operation", "low_op_boundary")):
-        b.constant(quantity, name, "MW", plan.load(column), "monitoring plan, load record of unit 5")
+    b.limits(plan)
     for number, stack in enumerate(plan.STACKS, 1):
         for step, (component, name, units) in enumerate((("SO2", "SO2", "ppm"), ("NOX", "NOx", "ppm"), ("CO2", "CO2", "%"),
                                                          ("FLOW", "Stack flow", "kscfm"))):
@@ -135,7 +147,7 @@ def barry5():
                    f"monitoring plan, default NORX of stack {stack}", number=number)
         b.constant(DILUENT_CAP, f"CO2 diluent cap {stack}", "%", plan.default(stack, "CO2N"),
                    f"monitoring plan, default CO2N of stack {stack}", number=number)
-    b.constant(NAMEPLATE, "Nameplate capacity", "MW", sources.nameplate("3", "5"), "list of facilities and units", io_type=CONSTANT)
+    b.nameplate("3", "5")
     b.common_calculations()
     facts = (("dahs_id", "1"), ("site_id", "BARRY5"), ("description", "Barry unit 5"),
              ("complete_name", "Barry (ORIS 3), Alabama, unit 5: hourly emissions of 2007, July and August absent"))
@@ -145,10 +157,7 @@ def barry5():
 def smith_sct1():
     plan, b = sources.SmithPlan(), Builder(1, "smith_sct1_hourly_2007.csv")
     b.hourly()
-    b.constant(CAPACITY, "Rated heat input", "mmBtu/hr", plan.capacity(), "monitoring plan, unit capacity")
-    for quantity, name, key in ((MAX_LOAD, "Maximum load", "maximumLoadValue"), (UPPER_LOAD, "Upper boundary of operation", "upperOperationBoundary"),
-                                (LOWER_LOAD, "Lower boundary of operation", "lowerOperationBoundary")):
-        b.constant(quantity, name, "MW", plan.load(key), "monitoring plan, load record of 2007 to 2014")
+    b.limits(plan)
     for number, (fuel, name) in enumerate((("PNG", "gas"), ("OIL", "oil")), 1):
         b.constant(NOX_DEFAULT, f"Maximum NOx rate, {name}", "lb/mmBtu", plan.default("NORX", fuel),
                    f"monitoring plan, default NORX for {name}", number=number)
@@ -156,12 +165,13 @@ def smith_sct1():
                    f"monitoring plan, default NOCX for {name}", number=number)
     so2 = b.constant(SO2_DEFAULT, "SO2 rate of pipeline gas", "lb/mmBtu", plan.default("SO2R", "PNG"),
                      "monitoring plan, default SO2R for gas")
-    b.constant(NAMEPLATE, "Nameplate capacity", "MW", sources.nameplate("54", "SCT1"), "list of facilities and units", io_type=CONSTANT)
-    b.formula(SO2_MASS, HOUR, "SO2 mass on gas, calculated", "lb/hr", "0.000", "SO2 rate of pipeline gas times heat input (equation D-5)",
-              "{0} * {1}", (so2, b.pid(HEAT, HOUR, FOUND)))
+    b.nameplate("54", "SCT1")
+    b.formula(SO2_MASS, HOUR, "SO2 mass on gas, calculated", "lb/hr", "0.000",
+              "SO2 rate of pipeline gas times heat input (equation D-5)", "{0} * {1}", (so2, b.pid(HEAT, HOUR, FOUND)))
     b.common_calculations()
     facts = (("dahs_id", "2"), ("site_id", "SMITHCT1"), ("description", "Smith combustion turbine SCT1"),
-             ("complete_name", "Smith Generating Facility (ORIS 54), Kentucky, combustion turbine SCT1: hourly emissions of 2007, January to April and October to December"))
+             ("complete_name", "Smith Generating Facility (ORIS 54), Kentucky, combustion turbine SCT1: hourly emissions of 2007, "
+                               "January to April and October to December"))
     return Site("smith-sct1", facts, b.hourly_file, plan, tuple(b.parameters), columns_of(b), (), None)
 
 

@@ -72,6 +72,7 @@ class BarryPlan:
     """Monitoring plan of Barry unit 5 in 2007: the unit (11) and its two stacks MS5A (9) and MS5B (10)."""
 
     UNIT, STACKS = "11", {"MS5A": "9", "MS5B": "10"}
+    LOAD_LIMITS = ("max_load_value", "up_op_boundary", "low_op_boundary")
 
     def _row(self, name, **keys):
         return the_only(
@@ -82,8 +83,10 @@ class BarryPlan:
     def capacity(self):
         return self._row("capacity", unit_id="5")["max_hi_capacity"]
 
-    def load(self, column):
-        return self._row("load", mon_loc_id=self.UNIT)[column]
+    def load_limits(self):
+        """Maximum load, upper and lower boundary of operation."""
+        row = self._row("load", mon_loc_id=self.UNIT)
+        return [row[column] for column in self.LOAD_LIMITS]
 
     def span(self, stack, component):
         return self._row("span", mon_loc_id=self.STACKS[stack], component_type_cd=component)["span_value"]
@@ -103,6 +106,8 @@ class BarryPlan:
 class SmithPlan:
     """Monitoring plan of Smith SCT1 in 2007."""
 
+    LOAD_LIMITS = ("maximumLoadValue", "upperOperationBoundary", "lowerOperationBoundary")
+
     def __init__(self):
         self._plan = json.loads((SOURCE / "smith_sct1_plan.json").read_text(encoding="utf-8"))
 
@@ -115,8 +120,10 @@ class SmithPlan:
     def capacity(self):
         return str(self._record("unitCapacityData")["maximumHourlyHeatInputCapacity"])
 
-    def load(self, key):
-        return str(self._record("monitoringLoadData")[key])
+    def load_limits(self):
+        """Maximum load, upper and lower boundary of operation."""
+        record = self._record("monitoringLoadData")
+        return [str(record[key]) for key in self.LOAD_LIMITS]
 
     def default(self, parameter, fuel):
         return str(self._record("monitoringDefaultData", parameterCode=parameter, fuelCode=fuel)["defaultValue"])

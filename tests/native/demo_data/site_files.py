@@ -132,8 +132,13 @@ def interval_of(text):
     return Interval(seconds, 0) if DAY % seconds == 0 else None
 
 
-def shorter(a, b):
-    return b.months > a.months if a.months or b.months else b.seconds > a.seconds
+def fills(short, long):
+    """Whether the one interval is shorter than the other and fills it without remainder; each up to a day fills a month."""
+    if short is None or short == long:
+        return False
+    if long.months:
+        return short.months == 0 or long.months % short.months == 0
+    return short.months == 0 and long.seconds % short.seconds == 0
 
 
 def value_of(text):
@@ -285,7 +290,7 @@ class Site:
         if p.aggregation:
             if p.aggregation not in AGGREGATIONS:
                 refuse("unknown aggregation")
-            if len(used) != 1 or used[0].io_type in CONSTANTS or not shorter(used[0].interval, p.interval):
+            if len(used) != 1 or used[0].io_type in CONSTANTS or not fills(used[0].interval, p.interval):
                 refuse("an aggregation uses one parameter of a shorter interval")
         else:
             try:
@@ -294,8 +299,9 @@ class Site:
                 refuse(str(error))
             if set(pids) != set(p.uses):
                 refuse("formula and uses differ")
-            if any(u.interval != p.interval and u.io_type not in CONSTANTS for u in used):
-                refuse("a parameter used has another interval")
+            for u in used:
+                if not (u.io_type in CONSTANTS or u.interval == p.interval or u.roll_up and fills(u.interval, p.interval)):
+                    refuse("a parameter used has another interval")
 
     def _check_cycles(self):
         done, path = set(), []
@@ -320,7 +326,7 @@ class Site:
             raise Refused(file, 1, "the first column is not time")
         long_form = "pid" in header
         columns = {} if long_form else self._wide_columns(file, header)
-        if long_form and (len(set(header)) != len(header) or not {"time", "pid", "value"} <= set(header) <= {"time", "pid", "value", "mc"}):
+        if long_form and sorted(header) not in (["pid", "time", "value"], ["mc", "pid", "time", "value"]):
             raise Refused(file, 1, "columns are time, pid, value and mc")
         for line, fields in source:
             time = time_of(fields[header.index("time")])

@@ -1,0 +1,81 @@
+// A small engine in memory that answers every call: for tests of logic, walks, lifetime, and benchmarks. It
+// is the engine without block access unless a site is told to offer it.
+#pragma once
+
+#include <VTDI.h>
+#include <oleauto.h>
+
+#include <map>
+#include <memory>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "com/ptr.h"
+#include "com/variant.h"
+#include "fake_engine/class_objects.h"
+#include "fake_engine/event_source.h"
+
+namespace vtdn::fake {
+
+/// One interval: a value (Null for none) and its monitor code.
+struct Interval {
+    com::Variant value = com::Variant::null();
+    LONG mc = 0;
+};
+
+struct Parameter {
+    std::wstring name;
+    std::wstring format;
+    std::wstring intervalType;
+    std::wstring units;
+    LONG ioType = 38;
+    std::wstring usedPids;      ///< decimal, separated by ","
+    std::vector<Interval> run;  ///< what a data array is filled with, whatever its start; Null beyond the end
+    std::map<DATE, Interval> stored;  ///< single intervals by their time; Null and code 0 at any other time
+};
+
+/// Sees every call that reaches the engine, before it is answered.
+class Tap {
+  public:
+    Tap() = default;
+    Tap(const Tap&) = delete;
+    Tap& operator=(const Tap&) = delete;
+    virtual ~Tap() = default;
+    /// `call` is "Interface.Member", or "new Class". A failure is the answer of the call; the error info, if
+    /// any, is the tap's to set.
+    virtual HRESULT onCall(const char* call) = 0;
+};
+
+/// What a lenient engine serves. It must outlive every object of the engine.
+struct Site {
+    std::map<LONG, Parameter> parameters;
+    std::set<LONG> knownMcs;
+    LONG dahsId = 0;                 ///< of the last SetupByDahsID
+    std::wstring siteId;             ///< of the last SetupForced
+    std::wstring text = L"lenient";  ///< every other text of SelectedDahs
+    bool setupAnswer = true;
+    bool offerRuns = false;        ///< whether data arrays have DIDataArrayRuns
+    LONG longestRun = 0x7FFFFFFF;  ///< a run ends after so many items
+    Tap* tap = nullptr;
+    long objects = 0;                                          ///< objects of the engine that are alive
+    long itemCalls = 0;                                        ///< DIDataArray.Item calls so far
+    long runCalls = 0;                                         ///< DIDataArrayRuns.GetRun calls so far
+    long closes = 0;                                           ///< DIEngine.Close calls so far
+    std::shared_ptr<Sinks> sinks = std::make_shared<Sinks>();  ///< connected to any engine of the site
+};
+
+com::Ptr<DIEngine> makeEngine(Site& site);
+com::Ptr<DIDataArray> makeDataArray(Site& site);
+com::Ptr<DIDataArrayItem> makeDataItem(Site& site);
+
+/// Serves the three engine classes over a site, on the calling thread, for as long as it lives.
+class LenientServer {
+  public:
+    explicit LenientServer(Site& site);
+
+  private:
+    ClassObjects classes_;
+};
+
+}  // namespace vtdn::fake

@@ -1,0 +1,171 @@
+#include "strict_engine/script.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <charconv>
+#include <sstream>
+#include <utility>
+
+#include "com/error.h"
+#include "com/ptr.h"
+#include "com/strings.h"
+
+namespace vtdn::fake {
+
+Answer::Answer(bool value) : value_(com::Variant::ofBool(value)) {}
+Answer::Answer(int value) : value_(com::Variant::of(static_cast<LONG>(value))) {}
+Answer::Answer(double value) : value_(com::Variant::of(value)) {}
+Answer::Answer(const wchar_t* value) : value_(com::Variant::of(std::wstring_view(value))) {}
+Answer::Answer(com::Variant value) : value_(std::move(value)) {}
+
+Answer Answer::failure(HRESULT result) {
+    Answer answer;
+    answer.result_ = result;
+    return answer;
+}
+
+Answer Answer::failure(HRESULT result, const wchar_t* source, const wchar_t* description) {
+    Answer answer = failure(result);
+    answer.errorInfo_ = ErrorInfo{source, description};
+    return answer;
+}
+
+Answer Answer::noObject() {
+    Answer answer;
+    answer.hasObject_ = false;
+    return answer;
+}
+
+Answer& Answer::message(LONG type, std::wstring text, EventArguments how) & {
+    messages_.push_back({type, std::move(text), how});
+    return *this;
+}
+
+Answer&& Answer::message(LONG type, std::wstring text, EventArguments how) && {
+    return std::move(message(type, std::move(text), how));
+}
+
+Answer&& Answer::during(std::function<void()> action) && {
+    action_ = std::move(action);
+    return std::move(*this);
+}
+
+const Answer& Script::play(const std::string& text) {
+    while (!expected_.empty() && expected_.front().optional && expected_.front().text != text) {
+        expected_.pop_front();
+    }
+    if (expected_.empty() || expected_.front().text != text) {
+        std::ostringstream report;
+        report << "Unexpected call: " << text
+               << "\n  expected: " << (expected_.empty() ? "no call" : expected_.front().text)
+               << "\n  calls before it:";
+        for (const Call& call : played_) report << "\n    " << call.text;
+        ADD_FAILURE() << report.str();
+        current_ = Answer::failure(E_UNEXPECTED, L"StrictEngine", L"unexpected call");
+        return current_;
+    }
+    current_ = expected_.front().answer;
+    played_.push_back(std::move(expected_.front()));
+    expected_.pop_front();
+    // The answer may be replaced by calls that the component makes meanwhile.
+    const Answer answer = current_;
+    for (const Answer::Message& message : answer.messages()) {
+        EXPECT_HRESULT_SUCCEEDED(sinks->raise(message.type, message.text, message.how));
+    }
+    if (answer.action()) answer.action()();
+    if (answer.errorInfo()) {
+        const auto info = com::makeErrorInfo(answer.errorInfo()->source, answer.errorInfo()->description,
+                                             __uuidof(DIEngine));
+        SetErrorInfo(0, info.get());
+    }
+    current_ = answer;
+    return current_;
+}
+
+void Script::verify() {
+    while (!expected_.empty() && expected_.front().optional) expected_.pop_front();
+    if (expected_.empty()) return;
+    std::ostringstream report;
+    report << "Calls that never came:";
+    for (const Call& call : expected_) report << "\n    " << call.text;
+    report << "\n  calls that did:";
+    for (const Call& call : played_) report << "\n    " << call.text;
+    ADD_FAILURE() << report.str();
+    expected_.clear();
+}
+
+void Script::born(const void* object, const std::string& name) {
+    alive_.push_back({object, name});
+    mostAlive_ = std::max(mostAlive_, alive_.size());
+}
+
+void Script::died(const void* object) {
+    const auto found = std::find_if(alive_.begin(), alive_.end(),
+                                    [object](const Alive& one) { return one.object == object; });
+    const std::string name = found->name;
+    alive_.erase(found);
+    if (recordReleases) play("release " + name);
+}
+
+std::string Script::nameOf(const void* object) const {
+    for (const Alive& one : alive_) {
+        if (one.object == object) return one.name;
+    }
+    return object ? "a stranger" : "Nothing";
+}
+
+std::vector<std::string> Script::alive() const {
+    std::vector<std::string> names;
+    for (const Alive& one : alive_) names.push_back(one.name);
+    return names;
+}
+
+StrictEngine::StrictEngine() : script_(std::make_shared<Script>()) {
+    const auto serve = [this](REFCLSID classId, const char* call, auto make) {
+        classes_.serve(classId, [script = script_, call, make](REFIID iid, void** out) {
+            const HRESULT result = script->play(call).result();
+            return FAILED(result) ? result : make(script)->QueryInterface(iid, out);
+        });
+    };
+    serve(__uuidof(DIEngineClass), "new DIEngine", makeStrictEngine);
+    serve(__uuidof(DIDataArrayClass), "new DIDataArray", makeStrictArray);
+    serve(__uuidof(DIDataArrayItemClass), "new DIDataArrayItem", makeStrictItem);
+}
+
+StrictEngine::~StrictEngine() {
+    script_->verify();
+    EXPECT_TRUE(alive().empty()) << "Objects of the engine that were never released: "
+                                 << testing::PrintToString(alive());
+    EXPECT_EQ(sinks(), 0U) << "Event sinks that are still connected";
+}
+
+void StrictEngine::expect(std::initializer_list<Call> calls) {
+    for (const Call& call : calls) script_->expect(call);
+}
+void StrictEngine::expect(const std::vector<Call>& calls) {
+    for (const Call& call : calls) script_->expect(call);
+}
+void StrictEngine::verify() {
+    script_->verify();
+}
+void StrictEngine::expectReleases(bool on) {
+    script_->recordReleases = on;
+}
+void StrictEngine::leaveMoreArguments(MoreArguments what) {
+    script_->moreArguments = what;
+}
+void StrictEngine::raise(LONG type, const std::wstring& text) {
+    script_->sinks->raise(type, text);
+}
+std::size_t StrictEngine::sinks() const {
+    return script_->sinks->count();
+}
+std::vector<std::string> StrictEngine::alive() const {
+    return script_->alive();
+}
+std::size_t StrictEngine::mostAlive() const {
+    return script_->mostAlive();
+}
+
+}  // namespace vtdn::fake

@@ -1,0 +1,50 @@
+// The script behind a StrictEngine, and the names of the engine's objects.
+#pragma once
+
+#include <cstddef>
+#include <deque>
+#include <string>
+#include <vector>
+
+#include "strict_engine/strict.h"
+
+namespace vtdn::fake {
+
+class Script {
+  public:
+    void expect(const Call& call) { expected_.push_back(call); }
+    void verify();
+
+    /// Plays one call: compares it with the script, raises the events of its answer and sets its error info.
+    /// The answer is valid until the next call. A call that is not expected fails with E_UNEXPECTED.
+    const Answer& play(const std::string& text);
+
+    void born(const void* object, const std::string& name);
+    void died(const void* object);
+    [[nodiscard]] std::string nameOf(const void* object) const;
+
+    bool recordReleases = false;
+    MoreArguments moreArguments = MoreArguments::keep;
+    std::shared_ptr<Sinks> sinks = std::make_shared<Sinks>();
+
+    [[nodiscard]] std::vector<std::string> alive() const;
+    [[nodiscard]] std::size_t mostAlive() const { return mostAlive_; }
+
+  private:
+    struct Alive {
+        const void* object;
+        std::string name;
+    };
+    std::deque<Call> expected_;
+    std::vector<Call> played_;
+    std::vector<Alive> alive_;
+    std::size_t mostAlive_ = 0;
+    Answer current_;
+};
+
+/// The engine classes, whose calls go to the script.
+com::Ptr<IUnknown> makeStrictEngine(const std::shared_ptr<Script>& script);
+com::Ptr<IUnknown> makeStrictArray(const std::shared_ptr<Script>& script);
+com::Ptr<IUnknown> makeStrictItem(const std::shared_ptr<Script>& script);
+
+}  // namespace vtdn::fake
