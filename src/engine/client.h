@@ -1,0 +1,230 @@
+// The data-interface engine in C++ types: one inline function for each engine call, which throws the engine's
+// failure as it came. Nothing is asked twice and nothing is remembered.
+#pragma once
+
+#include <VTDI.h>
+
+#include <utility>
+
+#include "com/error.h"
+#include "com/ptr.h"
+#include "com/safe_array.h"
+#include "com/strings.h"
+#include "com/variant.h"
+#include "engine/data_array_runs.h"
+
+namespace vtdn::engine {
+
+/// A reference to an engine object, or to none where nothing was asked for yet.
+template <class I>
+class Object {
+  public:
+    using Interface = I;
+
+    Object() noexcept = default;
+    /// Takes what a call handed out. No object, although the call succeeded, is an unset reference: error 91.
+    explicit Object(com::Ptr<I> object) : object_(std::move(object)) {
+        if (!object_) [[unlikely]]
+            com::throwError(com::unsetObject);
+    }
+    explicit operator bool() const noexcept { return static_cast<bool>(object_); }
+    [[nodiscard]] I* get() const noexcept { return object_.get(); }
+
+  private:
+    com::Ptr<I> object_;
+};
+
+/// A new engine object, from whichever library is registered for the class.
+template <class T>
+T create(REFCLSID clsid) {
+    com::Ptr<typename T::Interface> object;
+    com::check(CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, __uuidof(typename T::Interface),
+                                object.receiveVoid()));
+    return T(std::move(object));
+}
+
+/// One interval of a parameter.
+class DataItem : public Object<DIDataArrayItem> {
+  public:
+    using Object::Object;
+    static DataItem create() { return engine::create<DataItem>(CLSID_DIDataArrayItemClass); }
+
+    /// Reads the value over the old content of `out`.
+    void value(com::Variant& out) const { com::check(get()->get_Value(out.receive())); }
+    /// The same for callers that go on after a failure: reported, its error info taken off the thread.
+    [[nodiscard]] bool tryValue(com::Variant& out) const {
+        if (SUCCEEDED(get()->get_Value(out.receive()))) [[likely]]
+            return true;
+        SetErrorInfo(0, nullptr);
+        return false;
+    }
+    void putValue(const com::Variant& value) const { com::check(get()->put_Value(value.get())); }
+    [[nodiscard]] LONG mc() const {
+        LONG result = 0;
+        com::check(get()->get_MC(&result));
+        return result;
+    }
+    void putMc(LONG mc) const { com::check(get()->put_MC(mc)); }
+};
+
+/// Block access to a filled data array, where the engine offers it.
+class DataRuns {
+  public:
+    explicit DataRuns(com::Ptr<DIDataArrayRuns> runs) noexcept : runs_(std::move(runs)) {}
+
+    /// The longest run from the item with the given index, from 1. False when there is none: the items tell.
+    [[nodiscard]] bool next(LONG index, DIDataRun& out) const {
+        if (!runs_) return false;
+        if (SUCCEEDED(runs_->GetRun(index, &out))) return out.count > 0;
+        SetErrorInfo(0, nullptr);
+        return false;
+    }
+
+  private:
+    com::Ptr<DIDataArrayRuns> runs_;
+};
+
+/// A run of consecutive intervals.
+class DataArray : public Object<DIDataArray> {
+  public:
+    using Object::Object;
+    static DataArray create() { return engine::create<DataArray>(CLSID_DIDataArrayClass); }
+
+    void define(DATE periodStart, LONG count, const com::Bstr& intervalType, LONG intervalLength) const {
+        com::check(get()->Define(periodStart, count, intervalType.get(), intervalLength, 0));
+    }
+    /// The interval with the given index, from 1.
+    [[nodiscard]] DataItem item(LONG index) const {
+        com::Ptr<DIDataArrayItem> result;
+        com::check(get()->Item(index, result.receive()));
+        return DataItem(std::move(result));
+    }
+    /// Block access; gives no run when the engine does not offer it.
+    [[nodiscard]] DataRuns runs() const {
+        com::Ptr<DIDataArrayRuns> result;
+        if (FAILED(get()->QueryInterface(__uuidof(DIDataArrayRuns), result.receiveVoid()))) result.reset();
+        return DataRuns(std::move(result));
+    }
+};
+
+class Param : public Object<DIParam> {
+  public:
+    using Object::Object;
+
+    /// A property of type text, as &DIParam::get_Name.
+    using TextProperty = HRESULT (STDMETHODCALLTYPE DIParam::*)(BSTR*);
+    [[nodiscard]] com::Bstr text(TextProperty property) const {
+        com::Bstr result;
+        com::check((get()->*property)(result.receive()));
+        return result;
+    }
+    [[nodiscard]] LONG ioType() const {
+        LONG result = 0;
+        com::check(get()->get_IOType(&result));
+        return result;
+    }
+    [[nodiscard]] DataItem dataItem(DATE timeStamp) const {
+        com::Ptr<DIDataArrayItem> result;
+        com::check(get()->GetDataItem(timeStamp, 0, result.receive()));
+        return DataItem(std::move(result));
+    }
+    void readDataArray(const DataArray& data) const { com::check(get()->ReadDataArray(data.get())); }
+    com::Variant specialFunction(LONG id, com::SafeArray& moreArgs) const {
+        com::Variant result;
+        com::check(get()->SpecialFunction(id, moreArgs.inOut(), result.receive()));
+        return result;
+    }
+};
+
+class Params : public Object<DIParams> {
+  public:
+    using Object::Object;
+
+    [[nodiscard]] bool exists(LONG pid) const {
+        VARIANT_BOOL result = VARIANT_FALSE;
+        com::check(get()->Exists(pid, &result));
+        return result != VARIANT_FALSE;
+    }
+    [[nodiscard]] Param item(LONG pid) const {
+        com::Ptr<DIParam> result;
+        com::check(get()->Item(pid, -1, result.receive()));
+        return Param(std::move(result));
+    }
+};
+
+class Utils : public Object<DIUtils> {
+  public:
+    using Object::Object;
+
+    [[nodiscard]] bool isKnownMc(LONG mc) const {
+        VARIANT_BOOL result = VARIANT_FALSE;
+        com::check(get()->IsKnownMC(mc, &result));
+        return result != VARIANT_FALSE;
+    }
+};
+
+class SelectedDahs : public Object<DISelectedDahs> {
+  public:
+    using Object::Object;
+
+    /// A property of type text, as &DISelectedDahs::get_SiteID.
+    using TextProperty = HRESULT (STDMETHODCALLTYPE DISelectedDahs::*)(BSTR*);
+    [[nodiscard]] com::Bstr text(TextProperty property) const {
+        com::Bstr result;
+        com::check((get()->*property)(result.receive()));
+        return result;
+    }
+    [[nodiscard]] LONG dahsId() const {
+        LONG result = 0;
+        com::check(get()->get_DahsID(&result));
+        return result;
+    }
+};
+
+/// A site id and five connection strings, each as the client gave it; borrowed.
+struct ForcedSite {
+    BSTR siteId;
+    BSTR alarmConnection;
+    BSTR configConnection;
+    BSTR dataConnection;
+    BSTR dataShortTermConnection;
+    BSTR realtimeConnection;
+};
+
+class Engine : public Object<DIEngine> {
+  public:
+    using Object::Object;
+    static Engine create() { return engine::create<Engine>(CLSID_DIEngineClass); }
+
+    void setClientAppName(BSTR name) const { com::check(get()->SetClientAppName(name)); }
+    [[nodiscard]] bool setupByDahsId(LONG dahsId) const {
+        VARIANT_BOOL result = VARIANT_FALSE;
+        com::check(get()->SetupByDahsID(dahsId, &result));
+        return result != VARIANT_FALSE;
+    }
+    [[nodiscard]] bool setupForced(const ForcedSite& site) const {
+        VARIANT_BOOL result = VARIANT_FALSE;
+        com::check(get()->SetupForced(site.siteId, site.alarmConnection, site.configConnection,
+                                      site.dataConnection, site.dataShortTermConnection,
+                                      site.realtimeConnection, VARIANT_FALSE, &result));
+        return result != VARIANT_FALSE;
+    }
+    void close() const { com::check(get()->Close()); }
+    [[nodiscard]] Params params() const {
+        com::Ptr<DIParams> result;
+        com::check(get()->get_Params(result.receive()));
+        return Params(std::move(result));
+    }
+    [[nodiscard]] Utils utils() const {
+        com::Ptr<DIUtils> result;
+        com::check(get()->get_Utils(result.receive()));
+        return Utils(std::move(result));
+    }
+    [[nodiscard]] SelectedDahs selectedDahs() const {
+        com::Ptr<DISelectedDahs> result;
+        com::check(get()->get_SelectedDahs(result.receive()));
+        return SelectedDahs(std::move(result));
+    }
+};
+
+}  // namespace vtdn::engine
