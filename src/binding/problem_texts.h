@@ -1,0 +1,30 @@
+// The texts of refused calls. Each ends in a code that is unique to the place that refuses.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace vtdn::binding {
+
+/// The number of a problem code.
+enum class Code : std::uint8_t {};
+
+constexpr Code code(std::uint8_t number) noexcept {
+    return Code{number};
+}
+
+/// "(WDN-nnn)", and from 49 on "(WDN-nnnn)".
+std::wstring codeText(Code code);
+
+// PIDs are shown in their display form; an ill-formed one shows as nothing between its two blanks.
+
+/// PID 1-234-5-67-89 does not exist (WDN-nnn)
+std::wstring doesNotExist(std::int32_t pid, Code code);
+/// PID 1-234-5-67-89 time-type is wrong (WDN-nnn)
+std::wstring wrongTimeType(std::int32_t pid, Code code);
+/// 1-234-5-67-89 is not a DBDataIO parameter (WDN-nnn): without "PID " in front.
+std::wstring notDatabaseIo(std::int32_t pid, Code code);
+/// '99' is not a known monitor code (WDN-nnn)
+std::wstring unknownMonitorCode(std::int32_t mc, Code code);
+
+}  // namespace vtdn::binding

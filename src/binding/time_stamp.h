@@ -1,0 +1,22 @@
+// The time stamp of a problem.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace vtdn::binding {
+
+/// The local date and time as "yyyy/MM/dd HH:nn:ss" with the user's date and time separators. Formatted once
+/// in each second: problems come in crowds.
+class TimeStamp {
+  public:
+    /// Valid until the next call.
+    [[nodiscard]] std::wstring_view now();
+
+  private:
+    std::int64_t second_ = -1;  ///< the second of coordinated time that text_ stands for
+    std::wstring text_;
+};
+
+}  // namespace vtdn::binding

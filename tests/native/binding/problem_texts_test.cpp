@@ -1,0 +1,43 @@
+#include "binding/problem_texts.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <limits>
+
+namespace vtdn::binding {
+namespace {
+
+TEST(ProblemTexts, CodesHaveThreeDigitsBelow49AndFourFromThereOn) {
+    EXPECT_EQ(codeText(code(1)), L"(WDN-001)");
+    EXPECT_EQ(codeText(code(30)), L"(WDN-030)");
+    EXPECT_EQ(codeText(code(48)), L"(WDN-048)");
+    EXPECT_EQ(codeText(code(49)), L"(WDN-0049)");
+    EXPECT_EQ(codeText(code(65)), L"(WDN-0065)");
+}
+
+TEST(ProblemTexts, AnUnknownPidIsNamedInItsDisplayForm) {
+    EXPECT_EQ(doesNotExist(123456789, code(24)), L"PID 1-234-5-67-89 does not exist (WDN-024)");
+    EXPECT_EQ(doesNotExist(530001, code(1)), L"PID 0-005-3-00-01 does not exist (WDN-001)");
+}
+
+TEST(ProblemTexts, AnIllFormedPidLeavesTwoBlanks) {
+    EXPECT_EQ(doesNotExist(123, code(24)), L"PID  does not exist (WDN-024)");
+    EXPECT_EQ(doesNotExist(-1, code(24)), L"PID  does not exist (WDN-024)");
+    EXPECT_EQ(wrongTimeType(160000, code(33)), L"PID  time-type is wrong (WDN-033)");
+    EXPECT_EQ(notDatabaseIo(0, code(5)), L" is not a DBDataIO parameter (WDN-005)");
+}
+
+TEST(ProblemTexts, AWrongIoTypeIsReportedWithoutTheWordPid) {
+    EXPECT_EQ(notDatabaseIo(100500100, code(5)), L"1-005-0-01-00 is not a DBDataIO parameter (WDN-005)");
+}
+
+TEST(ProblemTexts, AMonitorCodeIsQuotedInPlainDecimal) {
+    EXPECT_EQ(unknownMonitorCode(99, code(13)), L"'99' is not a known monitor code (WDN-013)");
+    EXPECT_EQ(unknownMonitorCode(-1, code(10)), L"'-1' is not a known monitor code (WDN-010)");
+    EXPECT_EQ(unknownMonitorCode(std::numeric_limits<std::int32_t>::min(), code(27)),
+              L"'-2147483648' is not a known monitor code (WDN-027)");
+}
+
+}  // namespace
+}  // namespace vtdn::binding
