@@ -1,0 +1,51 @@
+// How stored values become elements of a client's array. Each conversion reports whether it could be made.
+#pragma once
+
+#include <cfloat>
+#include <cmath>
+
+#include "com/variant.h"
+
+namespace vtdn::params {
+
+/// Elements of the whole-number arrays keep to 16 bits, although they are 32 bits wide.
+inline bool toElement(const com::Variant& value, LONG& element) noexcept {
+    std::int16_t narrow = 0;
+    if (FAILED(com::toInt16(value.get(), narrow))) return false;
+    element = narrow;
+    return true;
+}
+
+inline bool toElement(const com::Variant& value, float& element) noexcept {
+    return SUCCEEDED(com::toSingle(value.get(), element));
+}
+
+// The same from numbers that lie in memory.
+
+inline bool toElement(LONG value, LONG& element) noexcept {
+    element = value;
+    return value >= -32768 && value <= 32767;
+}
+
+template <class Number>
+bool toElement(Number value, LONG& element) noexcept {
+    return toElement(com::Variant::of(value), element);
+}
+
+inline bool toElement(float value, float& element) noexcept {
+    element = value;
+    return true;
+}
+
+inline bool toElement(LONG value, float& element) noexcept {
+    element = static_cast<float>(value);
+    return true;
+}
+
+inline bool toElement(double value, float& element) noexcept {
+    if (std::fabs(value) > FLT_MAX) return false;
+    element = static_cast<float>(value);
+    return true;
+}
+
+}  // namespace vtdn::params
