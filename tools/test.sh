@@ -97,6 +97,7 @@ test_everything() {
         [ ! -f "build/$preset/tests.txt" ] || run_suites "$preset"
     done
     step "Checking the sources"
+    export VTDN_CACHE=$CACHE
     for check in tools/checks/*; do
         run_check "$(basename "$check")" "$check"
     done

@@ -20,7 +20,7 @@ class Buffer {
     /// call.
     std::byte* append(std::size_t n, std::size_t align);
     void clear() { size_ = 0; }
-    [[nodiscard]] std::size_t size() const { return size_; }
+    [[nodiscard]] std::size_t capacity() const { return capacity_; }
     [[nodiscard]] const std::byte* data() const { return data_.get(); }
 
   private:
@@ -77,6 +77,8 @@ class Run {
 
     /// Empties the run and keeps its memory: reading into a run again allocates nothing.
     void clear();
+    /// Bytes that clear() keeps.
+    [[nodiscard]] std::size_t memory() const { return buffer_.capacity() + code_buffer_.capacity(); }
     void appendNulls(std::int32_t n);
     /// Room for n numbers of a kind, 4 or 8 bytes each, to be filled before the next call.
     std::byte* appendNumbers(ValueKind kind, std::int32_t n);

@@ -3,6 +3,7 @@
 #include <array>
 #include <cmath>
 #include <map>
+#include <mutex>
 
 #include "store/connection.h"
 #include "store/error.h"
@@ -67,6 +68,46 @@ void requireCount(const Span& span, std::size_t count) {
                                                " intervals was given " + std::to_string(count) + " values.");
 }
 
+// Used runs. What is lent holds on to the stock only weakly, so that it can be released after the site.
+class RunStock : public std::enable_shared_from_this<RunStock> {
+  public:
+    std::shared_ptr<Run> lend() {
+        std::unique_ptr<Run> run = take();
+        if (!run) run = std::make_unique<Run>();
+        return {run.release(),
+                [stock = weak_from_this()](Run* used) { giveBack(stock, std::unique_ptr<Run>(used)); }};
+    }
+
+  private:
+    static constexpr std::size_t most = 2;
+    static constexpr std::size_t largest = 16 << 20;  // bytes of a run that is worth keeping
+
+    std::unique_ptr<Run> take() {
+        const std::lock_guard lock(mutex_);
+        if (runs_.empty()) return nullptr;
+        auto run = std::move(runs_.back());
+        runs_.pop_back();
+        return run;
+    }
+    static void giveBack(const std::weak_ptr<RunStock>& stock, std::unique_ptr<Run> run) {
+        const auto self = stock.lock();
+        if (!self || run->memory() > largest) return;
+        run->clear();
+        const std::lock_guard lock(self->mutex_);
+        if (self->runs_.size() < self->runs_.capacity()) self->runs_.push_back(std::move(run));
+    }
+
+    std::mutex mutex_;  // a run may be released on another thread than the site's
+    std::vector<std::unique_ptr<Run>> runs_ = makeRoom();
+
+    // Giving back must not fail: the room is there from the beginning.
+    static std::vector<std::unique_ptr<Run>> makeRoom() {
+        std::vector<std::unique_ptr<Run>> room;
+        room.reserve(most);
+        return room;
+    }
+};
+
 }  // namespace
 
 SiteConnections SiteConnections::inFolder(std::string_view folder) {
@@ -83,6 +124,7 @@ struct Site::State {
     std::unique_ptr<SeriesStore> short_term;
     std::optional<ParameterSet> parameters;
     std::optional<MonitorCodeTable> codes;
+    std::shared_ptr<RunStock> runs = std::make_shared<RunStock>();
 
     explicit State(Databases opened) : databases(std::move(opened)) {
         long_term = std::make_unique<SeriesStore>(*databases.at(DatabaseKind::data));
@@ -162,6 +204,10 @@ const MonitorCodeTable& Site::monitorCodes() {
 void Site::flushCache() {
     state_->parameters.reset();
     state_->codes.reset();
+}
+
+std::shared_ptr<Run> Site::borrowRun() {
+    return state_->runs->lend();
 }
 
 Item Site::read(Pid pid, Time time) {

@@ -68,6 +68,10 @@ class Site {
     /// keeps its memory: reading into the same one again allocates nothing.
     void read(Pid pid, const Span& span, Run& run);
 
+    /// A run for read(), one that was used before when there is one: its memory is warm, which makes reading
+    /// a year of minutes about a third faster. It goes back when released, and may outlive the site.
+    [[nodiscard]] std::shared_ptr<Run> borrowRun();
+
     // Writing, for database parameters. On the disk when it returns; a run is written whole or not at all.
     // Throws unknownParameter, notWritable, offBoundary, badInterval (any but the parameter's own), badValue
     // (a number that is infinite or NaN, a text that is too long), and databaseReadOnly, databaseLocked,
