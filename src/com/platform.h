@@ -5,5 +5,4 @@
 // clang-format off
 #include <objbase.h>
 #include <oleauto.h>
-#include <ocidl.h>
 // clang-format on

@@ -105,7 +105,8 @@ void Script::died(const void* object) {
                                     [object](const Alive& one) { return one.object == object; });
     const std::string name = found->name;
     alive_.erase(found);
-    if (recordReleases) play("release " + name);
+    const auto begins = [&name](const std::string& beginning) { return name.starts_with(beginning); };
+    if (std::any_of(recordedReleases.begin(), recordedReleases.end(), begins)) play("release " + name);
 }
 
 std::string Script::nameOf(const void* object) const {
@@ -149,8 +150,8 @@ void StrictEngine::expect(const std::vector<Call>& calls) {
 void StrictEngine::verify() {
     script_->verify();
 }
-void StrictEngine::expectReleases(bool on) {
-    script_->recordReleases = on;
+void StrictEngine::expectReleases(std::vector<std::string> names) {
+    script_->recordedReleases = std::move(names);
 }
 void StrictEngine::leaveMoreArguments(MoreArguments what) {
     script_->moreArguments = what;

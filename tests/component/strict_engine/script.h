@@ -23,7 +23,7 @@ class Script {
     void died(const void* object);
     [[nodiscard]] std::string nameOf(const void* object) const;
 
-    bool recordReleases = false;
+    std::vector<std::string> recordedReleases;  ///< beginnings of names
     MoreArguments moreArguments = MoreArguments::keep;
     std::shared_ptr<Sinks> sinks = std::make_shared<Sinks>();
 

@@ -123,8 +123,8 @@ class StrictEngine {
     /// The calls expected so far must have come by now.
     void verify();
 
-    /// From now on the end of an object is a call like any other: "release Params".
-    void expectReleases(bool on = true);
+    /// From now on the end of an object whose name begins so is a call like any other: "release Stored".
+    void expectReleases(std::vector<std::string> names);
     /// What SpecialFunction leaves in the array of more arguments.
     void leaveMoreArguments(MoreArguments what);
 
