@@ -5,4 +5,5 @@
 // clang-format off
 #include <objbase.h>
 #include <oleauto.h>
+#include <ocidl.h>
 // clang-format on

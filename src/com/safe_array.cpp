@@ -3,15 +3,9 @@
 #include <new>
 
 namespace vtdn::com {
-namespace {
-
-/// Whether the array's memory belongs to somebody who placed it: it cannot be freed, so it cannot be
-/// replaced.
 bool isFixed(const SAFEARRAY& array) noexcept {
     return (array.fFeatures & (FADF_AUTO | FADF_STATIC | FADF_EMBEDDED | FADF_FIXEDSIZE)) != 0;
 }
-
-}  // namespace
 
 Bounds bounds(SAFEARRAY* array) {
     if (SafeArrayGetDim(array) != 1) throwError(DISP_E_BADINDEX);

@@ -47,6 +47,10 @@ struct Bounds {
 };
 Bounds bounds(SAFEARRAY* array);
 
+/// Whether the array's memory belongs to somebody who placed it: it cannot be freed, so it cannot be
+/// replaced.
+bool isFixed(const SAFEARRAY& array) noexcept;
+
 /// Throws error 13 unless the array holds elements of this type.
 void needElementType(SAFEARRAY* array, VARTYPE type);
 
