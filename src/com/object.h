@@ -47,6 +47,12 @@ class Object : private KeepsModule,
                public Implements<Interfaces>...,
                public ISupportErrorInfo,
                public IProvideClassInfo2 {
+    template <class I, class...>
+    struct Head {
+        using Type = I;
+    };
+    using First = typename Head<Interfaces...>::Type;
+
   public:
     Object(const Object&) = delete;
     Object& operator=(const Object&) = delete;
@@ -58,6 +64,9 @@ class Object : private KeepsModule,
         AddRef();
         return S_OK;
     }
+
+    /// The object as IUnknown, without a reference.
+    [[nodiscard]] IUnknown* unknown() noexcept { return static_cast<First*>(this); }
 
     // Interlocked: an apartment's objects are called on its thread, but a client that releases on another one
     // by mistake should not corrupt the count.
@@ -103,15 +112,7 @@ class Object : private KeepsModule,
     Object() noexcept = default;
     virtual ~Object() = default;
 
-    /// The object as IUnknown, without a reference.
-    [[nodiscard]] IUnknown* unknown() noexcept { return static_cast<First*>(this); }
-
   private:
-    template <class I, class...>
-    struct Head {
-        using Type = I;
-    };
-    using First = typename Head<Interfaces...>::Type;
     static constexpr ULONG destroying = 0x40000000;
 
     void* find(REFIID iid) noexcept {
