@@ -27,6 +27,16 @@ namespace vtdn::com {
 template <class I>
 using Implements = std::conditional_t<std::is_base_of_v<IDispatch, I>, Dual<I>, I>;
 
+/// The id of an interface. A class that implements one for others to derive from names it as its
+/// `interfaceId`.
+template <class I>
+constexpr const IID& interfaceId() noexcept {
+    if constexpr (requires { I::interfaceId; })
+        return I::interfaceId;
+    else
+        return __uuidof(I);
+}
+
 /// Counts the objects that keep the module loaded. First base, so that it outlives the rest of an object.
 class KeepsModule {
   protected:
@@ -84,7 +94,7 @@ class Object : private KeepsModule,
     }
 
     HRESULT STDMETHODCALLTYPE InterfaceSupportsErrorInfo(REFIID iid) noexcept override {
-        return (... || (iid == __uuidof(Interfaces))) ? S_OK : S_FALSE;
+        return (... || (iid == interfaceId<Interfaces>())) ? S_OK : S_FALSE;
     }
 
     HRESULT STDMETHODCALLTYPE GetClassInfo(ITypeInfo** info) noexcept override {
@@ -117,7 +127,8 @@ class Object : private KeepsModule,
 
     void* find(REFIID iid) noexcept {
         void* found = nullptr;
-        if ((... || (iid == __uuidof(Interfaces) && (found = static_cast<Interfaces*>(this)) != nullptr)))
+        if ((... ||
+             (iid == interfaceId<Interfaces>() && (found = static_cast<Interfaces*>(this)) != nullptr)))
             return found;
         if (iid == IID_IUnknown) return unknown();
         if constexpr (std::is_base_of_v<IDispatch, First>)

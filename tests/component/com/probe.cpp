@@ -244,8 +244,8 @@ HRESULT Probe::Fail(LONG code, BSTR description) noexcept {
 HRESULT Probe::FailPlain(LONG code) noexcept {
     return guarded([&] { return static_cast<HRESULT>(code); });
 }
-HRESULT Probe::Raise(LONG, BSTR) noexcept {
-    return S_OK;
+HRESULT Probe::Raise(LONG kind, BSTR text) noexcept {
+    return guarded([&] { raise(1, {com::Variant::of(kind), com::Variant::of(com::view(text))}); });
 }
 
 HRESULT Probe::HeldObject(REFCLSID wanted, IDispatch** object) noexcept {

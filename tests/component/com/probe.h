@@ -3,13 +3,14 @@
 
 #include <toolkit.h>
 
+#include "com/connection_point.h"
 #include "com/object.h"
 #include "com/own_object.h"
 #include "com/variant.h"
 
 namespace vtdn::test {
 
-class Probe final : public com::Object<Probe, IProbe, com::IOwnObject> {
+class Probe final : public com::Object<Probe, IProbe, com::IOwnObject, com::EventSource<DIID_IProbeEvents>> {
   public:
     static constexpr const CLSID& classId = CLSID_Probe;
     static constexpr const IID& eventsId = DIID_IProbeEvents;
