@@ -34,12 +34,14 @@ install_packages() {
     [ ${#packages[@]} -gt 0 ] || return 0
     command -v apt-get >/dev/null ||
         die "the packages above are missing and this machine has no apt-get. Install them, then run this again."
-    step "Installing ${#packages[@]} Debian packages (listed above)"
+    step "Installing the ${#packages[@]} Debian packages above (apt-get's output: $CACHE/apt.log)"
     local install=(env DEBIAN_FRONTEND=noninteractive apt-get install -y -q --no-install-recommends "${packages[@]}")
     # The package lists are refreshed only when they do not serve.
-    if ! apt-get install --dry-run "${packages[@]}" >/dev/null 2>&1 || ! as_root "${install[@]}"; then
-        as_root apt-get update -q
-        as_root "${install[@]}" || die "apt-get could not install: ${packages[*]}. Its message is above."
+    if ! { apt-get install --dry-run "${packages[@]}" && as_root "${install[@]}"; } >"$CACHE/apt.log" 2>&1; then
+        if ! { as_root apt-get update -q && as_root "${install[@]}"; } >"$CACHE/apt.log" 2>&1; then
+            tail -n 20 "$CACHE/apt.log" >&2
+            die "apt-get could not install: ${packages[*]}"
+        fi
     fi
     packages=()
 }
