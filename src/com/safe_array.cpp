@@ -1,5 +1,6 @@
 #include "com/safe_array.h"
 
+#include <limits>
 #include <new>
 
 namespace vtdn::com {
@@ -23,9 +24,14 @@ void needElementType(SAFEARRAY* array, VARTYPE type) {
 
 SafeArray SafeArray::create(VARTYPE type, LONG count) {
     if (count < 0) throwError(DISP_E_BADINDEX);
-    SAFEARRAYBOUND bound{static_cast<ULONG>(count), 0};
-    SafeArray array(SafeArrayCreate(type, 1, &bound));
-    if (!array.get()) throw std::bad_alloc();
+    SAFEARRAY* descriptor = nullptr;
+    check(SafeArrayAllocDescriptorEx(type, 1, &descriptor));
+    SafeArray array(descriptor);
+    // Not every platform notices a size that wraps around.
+    if (static_cast<std::size_t>(count) > std::numeric_limits<std::size_t>::max() / descriptor->cbElements)
+        throw std::bad_alloc();
+    descriptor->rgsabound[0] = {static_cast<ULONG>(count), 0};
+    if (FAILED(SafeArrayAllocData(descriptor))) throw std::bad_alloc();
     return array;
 }
 

@@ -19,6 +19,13 @@ Bstr::Bstr(std::wstring_view text)
     if (!text_) throw std::bad_alloc();
 }
 
+Bstr Bstr::ofLength(std::size_t length) {
+    Bstr b;
+    b.text_ = SysAllocStringLen(nullptr, static_cast<UINT>(intLength(length)));
+    if (!b.text_) throw std::bad_alloc();
+    return b;
+}
+
 std::string toUtf8(std::wstring_view text) {
     if (text.empty()) return {};
     const int length = intLength(text.size());

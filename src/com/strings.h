@@ -27,6 +27,8 @@ class Bstr {
         return *this;
     }
 
+    /// A string of so many characters, which the caller writes.
+    static Bstr ofLength(std::size_t length);
     /// Takes over a string that the caller owns.
     static Bstr adopt(BSTR text) noexcept {
         Bstr b;

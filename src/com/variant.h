@@ -17,10 +17,10 @@ inline constexpr VARIANT_BOOL variantBool(bool value) noexcept {
 /// Owns a variant. Empty at first.
 class Variant {
   public:
-    Variant() noexcept { VariantInit(&value_); }
+    Variant() noexcept { value_.vt = VT_EMPTY; }
     Variant(const Variant& other);
-    Variant(Variant&& other) noexcept : value_(other.value_) { VariantInit(&other.value_); }
-    ~Variant() { VariantClear(&value_); }
+    Variant(Variant&& other) noexcept : value_(other.value_) { other.value_.vt = VT_EMPTY; }
+    ~Variant() { clear(); }
     Variant& operator=(Variant other) noexcept;
 
     /// A copy of a client's variant; by-reference variants are followed.
@@ -38,7 +38,7 @@ class Variant {
     [[nodiscard]] const VARIANT& get() const noexcept { return value_; }
     [[nodiscard]] VARIANT* operator&() = delete;
     [[nodiscard]] VARIANT* receive() noexcept {
-        VariantClear(&value_);
+        clear();
         return &value_;
     }
     [[nodiscard]] VARIANT* inOut() noexcept { return &value_; }
@@ -48,6 +48,12 @@ class Variant {
     void detachTo(VARIANT* out) noexcept;
 
   private:
+    /// Most variants of a long run are numbers, which own nothing: no call for those.
+    void clear() noexcept {
+        if (value_.vt > VT_DATE && value_.vt != VT_BOOL) VariantClear(&value_);
+        value_.vt = VT_EMPTY;
+    }
+
     VARIANT value_;
 };
 
