@@ -1,32 +1,38 @@
 // The problems of one wrapper, as the one text that its client fetches.
 #pragma once
 
-#include <algorithm>
-#include <string>
+#include <cstddef>
+#include <memory>
 #include <string_view>
+#include <vector>
 
 namespace vtdn::binding {
 
 /// "(time stamp) text" entries with a tab between two of them. Grows without limit until it is cleared, at a
-/// cost per entry that does not depend on its length.
+/// cost per entry that does not depend on its length: the text lies in blocks that never move.
 class ProblemsList {
   public:
-    void add(std::wstring_view timeStamp, std::wstring_view problem) {
-        // Room first, so that an entry is there as a whole or not at all when memory runs out.
-        const std::size_t needed = text_.size() + timeStamp.size() + problem.size() + 4;
-        if (needed > text_.capacity()) text_.reserve(std::max(needed, text_.capacity() * 2));
-        if (!text_.empty()) text_ += L'\t';
-        text_ += L'(';
-        text_ += timeStamp;
-        text_ += L") ";
-        text_ += problem;
-    }
-    [[nodiscard]] std::wstring_view text() const noexcept { return text_; }
+    /// The entry is there as a whole, or not at all when memory runs out.
+    void add(std::wstring_view timeStamp, std::wstring_view problem);
+    /// Characters of the text.
+    [[nodiscard]] std::size_t size() const noexcept { return size_; }
+    /// Writes the text to size() characters at `out`.
+    void copyTo(wchar_t* out) const noexcept;
     /// Empties the list and gives its memory back.
-    void clear() noexcept { std::wstring().swap(text_); }
+    void clear() noexcept;
 
   private:
-    std::wstring text_;
+    struct Block {
+        std::unique_ptr<wchar_t[]> text;
+        std::size_t size;
+        std::size_t capacity;
+    };
+
+    /// Room for so many characters in one piece.
+    wchar_t* extend(std::size_t length);
+
+    std::vector<Block> blocks_;
+    std::size_t size_ = 0;
 };
 
 }  // namespace vtdn::binding

@@ -8,17 +8,18 @@ namespace vtdn::binding {
 
 void Session::bind() {
     auto engine = engine::Engine::create();
-    messages_.connect(engine, *this);
+    engine::listen(events_, engine, *this);
     engine_ = std::move(engine);
 }
 
 void Session::release() noexcept {
-    messages_.disconnect();
+    events_.disconnect();
     engine_ = {};
 }
 
 com::Bstr Session::takeProblems() {
-    com::Bstr text(problems_.text());
+    auto text = com::Bstr::ofLength(problems_.size());
+    problems_.copyTo(text.get());
     problems_.clear();
     return text;
 }
@@ -42,6 +43,10 @@ engine::Param Session::writableParam(std::int32_t pid, Code unknownPid, Code not
     if (!param || param.ioType() == databaseIo) return param;
     addProblem(notDatabaseIo(pid, notDatabase));
     return {};
+}
+
+void Session::event(DISPID id, const com::EventArguments& arguments) {
+    if (const auto description = engine::messageDescription(id, arguments)) addProblem(description->view());
 }
 
 }  // namespace vtdn::binding

@@ -15,7 +15,7 @@ namespace vtdn::binding {
 
 /// Set up exactly when it holds an engine object. Released while set up, it lets go of the engine and does
 /// not close it.
-class Session final : private engine::MessageListener {
+class Session final : private com::EventListener {
   public:
     Session() = default;
     Session(const Session&) = delete;
@@ -33,7 +33,6 @@ class Session final : private engine::MessageListener {
     void release() noexcept;
 
     void addProblem(std::wstring_view problem) { problems_.add(timeStamp_.now(), problem); }
-    [[nodiscard]] const ProblemsList& problems() const noexcept { return problems_; }
     /// The whole list; it is empty afterwards.
     [[nodiscard]] com::Bstr takeProblems();
 
@@ -48,11 +47,11 @@ class Session final : private engine::MessageListener {
     [[nodiscard]] engine::Param writableParam(std::int32_t pid, Code unknownPid, Code notDatabase);
 
   private:
-    /// Every message of every type is a problem, without a code.
-    void message(std::wstring_view description) override { addProblem(description); }
+    /// Every message of the engine is a problem, whatever its type.
+    void event(DISPID id, const com::EventArguments& arguments) override;
 
     engine::Engine engine_;
-    engine::Messages messages_;
+    com::EventSink events_;
     ProblemsList problems_;
     TimeStamp timeStamp_;
 };

@@ -1,45 +1,25 @@
 // The Message event of the engine.
 #pragma once
 
-#include <ocidl.h>
+#include <optional>
 
-#include <string_view>
-
+#include "com/event_sink.h"
 #include "engine/client.h"
 
 namespace vtdn::engine {
 
-class MessageListener {
-  public:
-    MessageListener(const MessageListener&) = delete;
-    MessageListener& operator=(const MessageListener&) = delete;
-    /// Called on the client's thread, during an engine call. What it throws does not reach the engine.
-    virtual void message(std::wstring_view description) = 0;
+/// Connects a listener to the events of an engine.
+inline void listen(com::EventSink& sink, const Engine& engine, com::EventListener& listener) {
+    sink.connect(engine.get(), DIID_DIEngineEvents, listener);
+}
 
-  protected:
-    MessageListener() = default;
-    ~MessageListener() = default;
-};
-
-/// The connection of a listener to an engine object, or none.
-class Messages {
-  public:
-    Messages() noexcept;
-    Messages(const Messages&) = delete;
-    Messages& operator=(const Messages&) = delete;
-    ~Messages();
-
-    /// From now on until disconnect() the listener hears the engine. Neither is kept alive by the other: an
-    /// engine that goes on raising messages afterwards reaches nobody.
-    void connect(const Engine& engine, MessageListener& listener);
-    void disconnect() noexcept;
-
-  private:
-    class Sink;
-
-    com::Ptr<IConnectionPoint> point_;
-    com::Ptr<Sink> sink_;
-    DWORD cookie_ = 0;
-};
+/// The description of a Message event, its second argument behind the message type. Nothing for any other
+/// event.
+inline std::optional<com::Bstr> messageDescription(DISPID id, const com::EventArguments& arguments) {
+    constexpr DISPID messageId = 1;
+    com::Bstr description;
+    if (id != messageId || arguments.size() != 2 || FAILED(com::toText(arguments[1], description))) return {};
+    return description;
+}
 
 }  // namespace vtdn::engine
