@@ -1,0 +1,93 @@
+// The class DIWrapper: binding to a DAHS and access to its data. The overrides stand under the topic whose
+// file defines them, src/<topic>/DIWrapper_<part>.cpp; each converts its arguments, calls the topic's
+// operation and converts the result.
+#pragma once
+
+#include <VTWrapperDN.h>
+
+#include "binding/session.h"
+#include "com/object.h"
+
+namespace vtdn {
+
+class DIWrapper final : public com::Object<DIWrapper, _DIWrapper> {
+  public:
+    static constexpr const CLSID& classId = CLSID_DIWrapper;
+
+    // Binding: src/binding/DIWrapper_binding.cpp
+    STDMETHODIMP Setup(LONG lngDahsID, VARIANT_BOOL* result) noexcept override;
+    STDMETHODIMP Setup3(LONG lngDahsID, BSTR strClientAppName, VARIANT_BOOL* result) noexcept override;
+    STDMETHODIMP Setup2(BSTR strForceSiteID, BSTR strForceAlarmConnection, BSTR strForceConfigConnection,
+                        BSTR strForceDataConnection, BSTR strForceDataShortTermConnection,
+                        BSTR strForceRealtimeConnection, VARIANT_BOOL* result) noexcept override;
+    STDMETHODIMP Setup4(BSTR strForceSiteID, BSTR strForceAlarmConnection, BSTR strForceConfigConnection,
+                        BSTR strForceDataConnection, BSTR strForceDataShortTermConnection,
+                        BSTR strForceRealtimeConnection, BSTR strClientAppName,
+                        VARIANT_BOOL* result) noexcept override;
+    STDMETHODIMP Teardown() noexcept override;
+    STDMETHODIMP SelectedDahs_VantorDir(BSTR* result) noexcept override;
+    STDMETHODIMP SelectedDahs_VantorSystemDir(BSTR* result) noexcept override;
+    STDMETHODIMP SelectedDahs_AlarmConnection(BSTR* result) noexcept override;
+    STDMETHODIMP SelectedDahs_ConfigConnection(BSTR* result) noexcept override;
+    STDMETHODIMP SelectedDahs_DahsCompleteName(BSTR* result) noexcept override;
+    STDMETHODIMP SelectedDahs_DahsID(LONG* result) noexcept override;
+    STDMETHODIMP SelectedDahs_DataConnection(BSTR* result) noexcept override;
+    STDMETHODIMP SelectedDahs_RealtimeConnection(BSTR* result) noexcept override;
+    STDMETHODIMP SelectedDahs_DataShortTermConnection(BSTR* result) noexcept override;
+    STDMETHODIMP SelectedDahs_SiteID(BSTR* result) noexcept override;
+    STDMETHODIMP GetAndClearProblemsList(BSTR* result) noexcept override;
+
+    // Parameter metadata: src/params/DIWrapper_metadata.cpp
+    STDMETHODIMP Param_DoesExist(LONG lngPID, VARIANT_BOOL* result) noexcept override;
+    STDMETHODIMP Param_IsDBDataIO(LONG lngPID, VARIANT_BOOL* result) noexcept override;
+    STDMETHODIMP Param_Fmt(LONG lngPID, BSTR* result) noexcept override;
+    STDMETHODIMP Param_IntervalType(LONG lngPID, BSTR* result) noexcept override;
+    STDMETHODIMP Param_MeasUnits(LONG lngPID, BSTR* result) noexcept override;
+    STDMETHODIMP Param_Name(LONG lngPID, BSTR* result) noexcept override;
+    STDMETHODIMP Param_FindPIDsUsedByPID(LONG lngPID, BSTR* strEditablePIDs, BSTR* strConstantPIDs,
+                                         VARIANT_BOOL* result) noexcept override;
+
+    // Reads: src/params/DIWrapper_reads.cpp
+    STDMETHODIMP Param_GetData_String(LONG lngPID, DATE dtmStartTime, BSTR* strValue, LONG* lngMC,
+                                      VARIANT_BOOL* result) noexcept override;
+    STDMETHODIMP Param_GetDataArray_Integer(LONG lngPID, DATE dtmPeriodStart, LONG lngCount,
+                                            BSTR strIntervalType, LONG lngIntervalLength,
+                                            SAFEARRAY** alngValues, SAFEARRAY** alngMCs,
+                                            SAFEARRAY** ablnNonNumeric,
+                                            VARIANT_BOOL* result) noexcept override;
+    STDMETHODIMP Param_GetDataArray_Single(LONG lngPID, DATE dtmPeriodStart, LONG lngCount,
+                                           BSTR strIntervalType, LONG lngIntervalLength,
+                                           SAFEARRAY** asngValues, SAFEARRAY** alngMCs,
+                                           SAFEARRAY** ablnNonNumeric,
+                                           VARIANT_BOOL* result) noexcept override;
+    STDMETHODIMP Param_GetDataArray_String(LONG lngPID, DATE dtmPeriodStart, LONG lngCount,
+                                           BSTR strIntervalType, LONG lngIntervalLength,
+                                           SAFEARRAY** astrValues, SAFEARRAY** alngMCs,
+                                           VARIANT_BOOL* result) noexcept override;
+
+    // Writes of one interval: src/params/DIWrapper_writes.cpp
+    STDMETHODIMP Param_WriteMC(LONG lngPID, DATE dtmTStamp, LONG lngMC,
+                               VARIANT_BOOL* result) noexcept override;
+    STDMETHODIMP Param_WriteValue_Null(LONG lngPID, DATE dtmTStamp, VARIANT_BOOL* result) noexcept override;
+    STDMETHODIMP Param_WriteValue_Integer(LONG lngPID, DATE dtmTStamp, LONG lngValue,
+                                          VARIANT_BOOL* result) noexcept override;
+    STDMETHODIMP Param_WriteValue_Single(LONG lngPID, DATE dtmTStamp, float sngValue,
+                                         VARIANT_BOOL* result) noexcept override;
+    STDMETHODIMP Param_WriteValue_String(LONG lngPID, DATE dtmTStamp, BSTR strValue,
+                                         VARIANT_BOOL* result) noexcept override;
+    STDMETHODIMP Param_WriteVMC_Null(LONG lngPID, DATE dtmTStamp, LONG lngMC,
+                                     VARIANT_BOOL* result) noexcept override;
+    STDMETHODIMP Param_WriteVMC_Integer(LONG lngPID, DATE dtmTStamp, LONG lngValue, LONG lngMC,
+                                        VARIANT_BOOL* result) noexcept override;
+    STDMETHODIMP Param_WriteVMC_Single(LONG lngPID, DATE dtmTStamp, float sngValue, LONG lngMC,
+                                       VARIANT_BOOL* result) noexcept override;
+    STDMETHODIMP Param_WriteVMC_String(LONG lngPID, DATE dtmTStamp, float strValue, LONG lngMC,
+                                       VARIANT_BOOL* result) noexcept override;
+
+  private:
+    HRESULT selectedDahs(engine::SelectedDahs::TextProperty property, BSTR* result) noexcept;
+
+    binding::Session session_;
+};
+
+}  // namespace vtdn
