@@ -46,7 +46,7 @@ Directory Directory::openOrCreate(std::string_view home) {
         throw Error(ErrorKind::databaseMissing, "The folder " + quote(home) + " cannot be made (" +
                                                     error.message() +
                                                     "). Check the setting of the home folder.");
-    return Directory(openOrCreateDatabase(DatabaseKind::directory, fileIn(home)));
+    return Directory(openOrCreateDirectory(fileIn(home)));
 }
 
 Directory Directory::open(std::string_view home) {

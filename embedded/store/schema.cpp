@@ -107,11 +107,13 @@ void migrate(Database& db, const Schema& schema, std::int64_t from) {
 }
 
 // Makes the tables of a database that has none yet, and marks it as one of the kind. False when it has some.
-bool makeTables(Database& db, const Schema& schema) {
+bool makeTables(Database& db, const Schema& schema, std::string_view site_id) {
     Transaction transaction(db);
     if (db.queryNumber("SELECT count(*) FROM sqlite_schema") != 0) return false;
     migrate(db, schema, 0);
     db.execute(("PRAGMA application_id = " + std::to_string(schema.application)).c_str());
+    if (schema.kind != DatabaseKind::directory)
+        Statement(db, "INSERT INTO site (site_id) VALUES (?)").bindAll(site_id).run();
     transaction.commit();
     return true;
 }
@@ -172,14 +174,14 @@ void removeDatabase(std::string_view file) noexcept {
     }
 }
 
-Database createDatabase(DatabaseKind kind, std::string_view file) {
+Database createDatabase(DatabaseKind kind, std::string_view file, std::string_view site_id) {
     // Outside the block below, which removes the file: one that was there already is not ours.
     std::optional<Database> db(std::in_place, file, OpenOptions{.create = true});
     bool made = false;
     try {
         db->execute("PRAGMA journal_mode = WAL");
         applySettings(*db);
-        made = makeTables(*db, schemaOf(kind));
+        made = makeTables(*db, schemaOf(kind), site_id);
     } catch (...) {
         db.reset();
         removeDatabase(file);
@@ -190,13 +192,14 @@ Database createDatabase(DatabaseKind kind, std::string_view file) {
     return *std::move(db);
 }
 
-Database openOrCreateDatabase(DatabaseKind kind, std::string_view file) {
+Database openOrCreateDirectory(std::string_view file) {
     {
         // In the rollback journal's mode, in which a second program that makes the file waits for the first.
         Database db(file, {.create = true, .may_exist = true});
-        if (!db.isReadOnly() && db.queryNumber("PRAGMA application_id") == 0) makeTables(db, schemaOf(kind));
+        if (!db.isReadOnly() && db.queryNumber("PRAGMA application_id") == 0)
+            makeTables(db, schemaOf(DatabaseKind::directory), {});
     }
-    return openDatabase(kind, file);
+    return openDatabase(DatabaseKind::directory, file);
 }
 
 Database openDatabase(DatabaseKind kind, std::string_view file, const OpenOptions& options) {

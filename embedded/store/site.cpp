@@ -145,9 +145,7 @@ Site Site::create(const SiteConnections& connections, std::string_view site_id) 
     try {
         for (const Part& part : parts) {
             const std::string file = Connection::parse(connections.*part.connection).database;
-            auto db = std::make_unique<Database>(createDatabase(part.kind, file));
-            Database& made = *databases.emplace(part.kind, std::move(db)).first->second;
-            Statement(made, "INSERT INTO site (site_id) VALUES (?)").bindAll(site_id).run();
+            databases[part.kind] = std::make_unique<Database>(createDatabase(part.kind, file, site_id));
         }
         replaceMonitorCodes(*databases.at(DatabaseKind::config), {});
         auto state = std::make_unique<State>(std::move(databases));
