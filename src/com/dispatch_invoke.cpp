@@ -72,6 +72,15 @@ const VARIANT* valueOf(const VARIANT& argument, VARIANT& shallow) noexcept {
     return &shallow;
 }
 
+/// Swaps a value with a variable of its type: the old content goes where the value is cleared.
+void swapContent(VARIANT& value, void* variable) noexcept {
+    VARIANT old = value;
+    const std::size_t size = (value.vt & VT_ARRAY) ? sizeof(void*) : sizeOf(value.vt);
+    std::memcpy(&old.llVal, variable, size);
+    std::memcpy(variable, &value.llVal, size);
+    value = old;
+}
+
 bool isLockedArray(const VARIANT& variable) noexcept {
     return (variable.vt & (VT_ARRAY | VT_BYREF)) == VT_ARRAY && variable.parray &&
            variable.parray->cLocks != 0;
@@ -123,7 +132,7 @@ class Frame {
         const Parameter* parameter;
         VARIANT* variable;  ///< of the caller, to be replaced
         SAFEARRAY** array;  ///< an array of VARIANT of the caller, to be replaced
-        IUnknown** object;  ///< an interface pointer of the caller, to be replaced
+        void* reference;    ///< a variable of the caller of the declared type, to be replaced
         bool owned;
     };
 
@@ -317,12 +326,13 @@ HRESULT Frame::takeReference(const Parameter& parameter, VARIANT& argument) noex
     }
     if (!argument.byref) return DISP_E_TYPEMISMATCH;
     Held& held = hold(parameter, VT_EMPTY);
-    if (parameter.shape == Shape::array && argument.vt == (VT_BYREF | VT_ARRAY | VT_VARIANT))
+    if (argument.vt == (VT_BYREF | parameter.fullType()) ||
+        (parameter.shape == Shape::object &&
+         (argument.vt == (VT_BYREF | VT_DISPATCH) || argument.vt == (VT_BYREF | VT_UNKNOWN))))
+        held.reference = argument.byref;
+    else if (parameter.shape == Shape::array && argument.vt == (VT_BYREF | VT_ARRAY | VT_VARIANT))
         held.array = argument.pparray;
-    else if (parameter.shape == Shape::object &&
-             (argument.vt == (VT_BYREF | VT_DISPATCH) || argument.vt == (VT_BYREF | VT_UNKNOWN)))
-        held.object = argument.ppunkVal;
-    else if (argument.vt != (VT_BYREF | parameter.fullType()))
+    else
         return DISP_E_TYPEMISMATCH;
     VARIANT shallow;
     const VARIANT* value = valueOf(argument, shallow);
@@ -382,8 +392,7 @@ HRESULT Frame::convertIn(const Parameter& parameter, const VARIANT& value, VARIA
 HRESULT Frame::makeFresh(Held& held) noexcept {
     VARIANT& value = held.value;
     if (held.array && *held.array && isFixed(**held.array) && !value.parray) return DISP_E_ARRAYISLOCKED;
-    if (held.object && held.parameter->type == VT_DISPATCH) return S_OK;
-    if (!(value.vt & VT_ARRAY)) return S_OK;
+    if (held.reference || held.parameter->shape != Shape::array) return S_OK;
     if (!value.parray) {
         value.vt = VT_EMPTY;
         return S_OK;
@@ -401,7 +410,7 @@ HRESULT Frame::makeFresh(Held& held) noexcept {
 HRESULT Frame::giveBack(VARIANT* result) noexcept {
     for (std::size_t i = 0; i < heldCount_; ++i) {
         Held& held = held_[i];
-        if (!held.variable && !held.array && !held.object) continue;
+        if (!held.variable && !held.array && !held.reference) continue;
         const HRESULT made = makeFresh(held);
         if (FAILED(made)) return made;
     }
@@ -415,8 +424,8 @@ HRESULT Frame::giveBack(VARIANT* result) noexcept {
         } else if (held.array) {
             given = replaceVariants(held.array, &held.value.parray);
             held.value.vt = held.value.parray ? VT_ARRAY | VT_VARIANT : VT_EMPTY;
-        } else if (held.object) {
-            std::swap(*held.object, held.value.punkVal);
+        } else if (held.reference) {
+            swapContent(held.value, held.reference);
         }
         if (FAILED(given)) outcome = given;
     }
