@@ -1,7 +1,8 @@
-# Test suites of this build. Each is one line of tests.txt in the build folder, which `./run test` reads; CTest
-# knows them too.
+# Test suites and benches of this build. Each is one line of tests.txt or bench.txt in the build folder, which
+# `./run` reads; CTest knows the suites too.
 enable_testing()
 set_property(GLOBAL PROPERTY VTDN_SUITES "")
+set_property(GLOBAL PROPERTY VTDN_BENCHES "")
 
 # vtdn_test(binding_rules_test SOURCES a.cpp b.cpp LINKS vtdn_binding): a GoogleTest program of that name.
 # Under a Windows preset it runs in Wine.
@@ -31,9 +32,22 @@ function(vtdn_script_test name)
     set_property(GLOBAL APPEND PROPERTY VTDN_SUITES "script\t${name}\t${command}")
 endfunction()
 
-# Called once, after all suites are known.
+# vtdn_bench(component_bench SOURCES a.cpp LINKS vtdn_com): a program that `./run bench` runs in an empty folder.
+# It prints one flat JSON object, key to number; bench/targets.json says what each key is and what to aim at.
+function(vtdn_bench name)
+    cmake_parse_arguments(arg "" "" "SOURCES;LINKS" ${ARGN})
+    add_executable(${name} ${arg_SOURCES})
+    target_link_libraries(${name} PRIVATE ${arg_LINKS} vtdn_warnings)
+    set_property(GLOBAL APPEND PROPERTY VTDN_BENCHES "$<TARGET_FILE:${name}>")
+endfunction()
+
+# Called once, after all are known.
 function(vtdn_write_suites)
-    get_property(suites GLOBAL PROPERTY VTDN_SUITES)
-    list(JOIN suites "\n" text)
-    file(GENERATE OUTPUT "${CMAKE_BINARY_DIR}/tests.txt" CONTENT "${text}\n")
+    set(properties VTDN_SUITES VTDN_BENCHES)
+    set(files tests.txt bench.txt)
+    foreach(property file IN ZIP_LISTS properties files)
+        get_property(lines GLOBAL PROPERTY ${property})
+        list(JOIN lines "\n" text)
+        file(GENERATE OUTPUT "${CMAKE_BINARY_DIR}/${file}" CONTENT "${text}\n")
+    endforeach()
 endfunction()

@@ -141,13 +141,13 @@ set_up_cache() {
     need i686-w64-mingw32-widl mingw-w64-tools "compiles the type libraries"
     need "$GTEST_DIR" googletest "the test framework"
     need bwrap bubblewrap "enters the 32-bit Wine"
+    need python3 python3 "drives the checks and tabulates figures"
     if [ "$1" = test ]; then
         need g++ g++ "compiles the tests that run natively"
         need x86_64-w64-mingw32-g++-posix g++-mingw-w64-x86-64-posix "compiles for 64-bit Windows"
         need /usr/lib/wine/wine64 wine64 "runs 64-bit Windows programs"
         need "clang-format-$llvm" "clang-format-$llvm" "checks the layout of the sources"
         need "clang-tidy-$llvm" "clang-tidy-$llvm" "looks for mistakes in the sources"
-        need python3 python3 "drives the checks"
     fi
     install_packages
     check_googletest
