@@ -132,9 +132,9 @@ set_up_wine32() {
 (sysctl kernel.unprivileged_userns_clone=1), or install a 32-bit Wine that runs here and remove $wine32_entry."
 }
 
-# set_up_for VERB, with the cache locked. Leftovers of an interrupted set-up go first.
+# set_up_for VERB, with the cache locked. Leftovers of an interrupted set-up go first; some may be root's.
 set_up_cache() {
-    rm -rf --one-file-system "$CACHE"/.new.*
+    rm -rf --one-file-system "$CACHE"/.new.* 2>/dev/null || as_root rm -rf --one-file-system "$CACHE"/.new.*
     need cmake cmake "configures the build"
     need ninja ninja-build "builds"
     need i686-w64-mingw32-g++-posix g++-mingw-w64-i686-posix "compiles for 32-bit Windows"
