@@ -215,7 +215,10 @@ std::span<const std::byte> Statement::blob(int column) const {
 }
 
 Transaction::Transaction(Database& db) : db_(db), owns_(!db.inTransaction()) {
-    if (owns_) db_.execute("BEGIN IMMEDIATE");
+    if (!owns_) return;
+    // SQLite would begin a reading transaction and refuse no sooner than the first change.
+    if (db_.isReadOnly()) db_.fail(SQLITE_READONLY);
+    db_.execute("BEGIN IMMEDIATE");
 }
 
 Transaction::~Transaction() {

@@ -62,6 +62,15 @@ SeriesKey writableSeries(const ParameterSet& parameters, Pid pid, const Interval
     return {pid, *entry.interval};
 }
 
+// SQLite's own check of a file's structure.
+void checkPages(Database& db, std::vector<std::string>& sentences) {
+    Statement findings(db, "PRAGMA integrity_check(10)");
+    while (findings.step())
+        if (const std::string finding = findings.text(0); finding != "ok")
+            sentences.push_back("The database " + quote(db.file()) + " is damaged (" + finding +
+                                "). Restore it from a backup.");
+}
+
 void requireCount(const Span& span, std::size_t count) {
     if (count != static_cast<std::size_t>(span.count))
         throw Error(ErrorKind::outOfRange, "A run of " + std::to_string(span.count) +
@@ -250,19 +259,16 @@ void Site::write(Pid pid, const Span& span, std::span<const float> values,
 std::vector<std::string> Site::check() {
     std::vector<std::string> sentences;
     for (auto& [kind, db] : state_->databases) {
-        Statement pages(*db, "PRAGMA integrity_check(10)");
-        bool whole = true;
-        while (pages.step()) {
-            const std::string finding = pages.text(0);
-            if (finding == "ok") continue;
-            whole = false;
-            sentences.push_back("The database " + quote(db->file()) + " is damaged (" + finding +
-                                "). Restore it from a backup.");
-        }
-        if (!whole) continue;
-        if (kind == DatabaseKind::data || kind == DatabaseKind::dataShortTerm) {
-            SeriesStore store(*db);
-            for (std::string& sentence : store.check()) sentences.push_back(std::move(sentence));
+        try {
+            const auto before = sentences.size();
+            checkPages(*db, sentences);
+            const bool values = kind == DatabaseKind::data || kind == DatabaseKind::dataShortTerm;
+            if (values && sentences.size() == before)
+                for (std::string& sentence : SeriesStore(*db).check())
+                    sentences.push_back(std::move(sentence));
+        } catch (const Error& e) {
+            // So damaged that it cannot even be looked at.
+            sentences.emplace_back(e.what());
         }
     }
     return sentences;

@@ -9,9 +9,7 @@ namespace vtdn::store::test {
 
 class TempFolder {
   public:
-    TempFolder()
-        : path_(std::filesystem::temp_directory_path() /
-                ("vtdn-store-" + std::to_string(std::random_device()()))) {
+    TempFolder() : path_(root() / ("vtdn-store-" + std::to_string(std::random_device()()))) {
         std::filesystem::create_directories(path_);
     }
     ~TempFolder() {
