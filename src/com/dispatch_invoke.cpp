@@ -17,34 +17,6 @@ bool isObject(const VARIANT& value) noexcept {
     return value.vt == VT_DISPATCH || value.vt == VT_UNKNOWN;
 }
 
-/// Bytes of a plain value in the union of a variant.
-std::size_t sizeOf(VARTYPE type) noexcept {
-    switch (type) {
-        case VT_I1:
-        case VT_UI1:
-            return 1;
-        case VT_I2:
-        case VT_UI2:
-        case VT_BOOL:
-            return 2;
-        case VT_I4:
-        case VT_UI4:
-        case VT_INT:
-        case VT_UINT:
-        case VT_R4:
-        case VT_ERROR:
-            return 4;
-        case VT_I8:
-        case VT_UI8:
-        case VT_R8:
-        case VT_CY:
-        case VT_DATE:
-            return 8;
-        default:
-            return sizeof(void*);
-    }
-}
-
 /// The variable that a reference to a VARIANT means: a script engine may hand on a reference to a reference.
 VARIANT* variableOf(const VARIANT& argument) noexcept {
     VARIANT* variable = argument.pvarVal;
@@ -68,14 +40,14 @@ const VARIANT* valueOf(const VARIANT& argument, VARIANT& shallow) noexcept {
         return &shallow;
     }
     shallow.vt = type;
-    std::memcpy(&shallow.llVal, value->byref, (type & VT_ARRAY) ? sizeof(void*) : sizeOf(type));
+    std::memcpy(&shallow.llVal, value->byref, (type & VT_ARRAY) ? sizeof(void*) : elementSize(type));
     return &shallow;
 }
 
 /// Swaps a value with a variable of its type: the old content goes where the value is cleared.
 void swapContent(VARIANT& value, void* variable) noexcept {
     VARIANT old = value;
-    const std::size_t size = (value.vt & VT_ARRAY) ? sizeof(void*) : sizeOf(value.vt);
+    const std::size_t size = (value.vt & VT_ARRAY) ? sizeof(void*) : elementSize(value.vt);
     std::memcpy(&old.llVal, variable, size);
     std::memcpy(variable, &value.llVal, size);
     value = old;
@@ -175,7 +147,7 @@ class Frame {
 };
 
 void Frame::pushValue(const VARIANT& value, VARTYPE type) noexcept {
-    switch (sizeOf(type)) {
+    switch (elementSize(type)) {
         case 1:
             push(type == VT_I1 ? static_cast<CallWord>(static_cast<signed char>(value.cVal)) : value.bVal);
             break;

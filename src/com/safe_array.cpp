@@ -4,6 +4,36 @@
 #include <new>
 
 namespace vtdn::com {
+std::size_t elementSize(VARTYPE type) noexcept {
+    switch (type) {
+        case VT_I1:
+        case VT_UI1:
+            return 1;
+        case VT_I2:
+        case VT_UI2:
+        case VT_BOOL:
+            return 2;
+        case VT_I4:
+        case VT_UI4:
+        case VT_INT:
+        case VT_UINT:
+        case VT_R4:
+        case VT_ERROR:
+            return 4;
+        case VT_I8:
+        case VT_UI8:
+        case VT_R8:
+        case VT_CY:
+        case VT_DATE:
+            return 8;
+        case VT_VARIANT:
+        case VT_DECIMAL:
+            return sizeof(VARIANT);
+        default:
+            return sizeof(void*);
+    }
+}
+
 bool isFixed(const SAFEARRAY& array) noexcept {
     return (array.fFeatures & (FADF_AUTO | FADF_STATIC | FADF_EMBEDDED | FADF_FIXEDSIZE)) != 0;
 }
@@ -24,14 +54,12 @@ void needElementType(SAFEARRAY* array, VARTYPE type) {
 
 SafeArray SafeArray::create(VARTYPE type, LONG count) {
     if (count < 0) throwError(DISP_E_BADINDEX);
-    SAFEARRAY* descriptor = nullptr;
-    check(SafeArrayAllocDescriptorEx(type, 1, &descriptor));
-    SafeArray array(descriptor);
     // Not every platform notices a size that wraps around.
-    if (static_cast<std::size_t>(count) > std::numeric_limits<std::size_t>::max() / descriptor->cbElements)
+    if (static_cast<std::size_t>(count) > std::numeric_limits<std::size_t>::max() / elementSize(type))
         throw std::bad_alloc();
-    descriptor->rgsabound[0] = {static_cast<ULONG>(count), 0};
-    if (FAILED(SafeArrayAllocData(descriptor))) throw std::bad_alloc();
+    SAFEARRAYBOUND bound{static_cast<ULONG>(count), 0};
+    SafeArray array(SafeArrayCreate(type, 1, &bound));
+    if (!array.get()) throw std::bad_alloc();
     return array;
 }
 

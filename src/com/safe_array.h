@@ -47,6 +47,10 @@ struct Bounds {
 };
 Bounds bounds(SAFEARRAY* array);
 
+/// Bytes of an element, or of a value in the union of a variant. The size of a pointer for everything that is
+/// one.
+std::size_t elementSize(VARTYPE type) noexcept;
+
 /// Whether the array's memory belongs to somebody who placed it: it cannot be freed, so it cannot be
 /// replaced.
 bool isFixed(const SAFEARRAY& array) noexcept;
