@@ -111,10 +111,8 @@ store::Value text(std::wstring_view given) {
 
 store::Value fromVariant(const VARIANT& value) {
     if (value.vt & VT_BYREF) {
-        com::Variant direct;
-        // The platform reads its argument only; the header lacks the const.
-        com::check(VariantCopyInd(direct.receive(), const_cast<VARIANT*>(&value)));
-        return fromVariant(direct.get());
+        if (value.byref == nullptr) refuseKind(value);
+        return fromVariant(com::Variant::copyOf(value).get());
     }
     switch (value.vt) {
         case VT_EMPTY:

@@ -1,0 +1,97 @@
+#include "data_interface/param.h"
+
+#include "com/strings.h"
+#include "data_interface/data_array.h"
+#include "data_interface/data_array_item.h"
+#include "data_interface/date.h"
+#include "data_interface/special_function.h"
+#include "store/parameters.h"
+
+namespace vtdn::embedded {
+
+template <class Property>
+HRESULT Param::text(BSTR* result, Property&& property) const noexcept {
+    return com::guard(errorSource, __uuidof(DIParam), [&] {
+        com::needPointers(result);
+        *result = nullptr;
+        *result = session_
+                      ->onSite([&](store::Site& site) {
+                          return com::Bstr(com::fromUtf8(std::invoke(property, site.parameters().get(pid_))));
+                      })
+                      .detach();
+    });
+}
+
+HRESULT Param::get_Fmt(BSTR* result) noexcept {
+    return text(result, &store::Parameter::format);
+}
+
+HRESULT Param::get_IntervalType(BSTR* result) noexcept {
+    return text(result, &store::Parameter::interval);
+}
+
+HRESULT Param::get_MeasUnits(BSTR* result) noexcept {
+    return text(result, &store::Parameter::units);
+}
+
+HRESULT Param::get_Name(BSTR* result) noexcept {
+    return text(result, &store::Parameter::name);
+}
+
+HRESULT Param::get_IOType(LONG* result) noexcept {
+    return com::guard(errorSource, __uuidof(DIParam), [&] {
+        com::needPointers(result);
+        *result = session_->onSite([&](store::Site& site) { return site.parameters().get(pid_).io_type; });
+    });
+}
+
+HRESULT Param::get_UsedPIDs(BSTR* result) noexcept {
+    return text(result, [](const store::Parameter& parameter) {
+        std::string list;
+        for (const store::Pid used : parameter.uses) {
+            if (!list.empty()) list += ',';
+            list += std::to_string(used);
+        }
+        return list;
+    });
+}
+
+HRESULT Param::GetDataItem(DATE timeStamp, LONG, DIDataArrayItem** result) noexcept {
+    return com::guard(errorSource, __uuidof(DIParam), [&] {
+        com::needPointers(result);
+        *result = nullptr;
+        *result = com::make<DataArrayItem>(session_->onSite([&](store::Site& site) {
+                      return site.read(pid_, timeOfDate(timeStamp));
+                  })).detach();
+    });
+}
+
+HRESULT Param::ReadDataArray(DIDataArray* data) noexcept {
+    return com::guard(errorSource, __uuidof(DIParam), [&] {
+        const auto own = session_->reporting([&] {
+            if (data == nullptr)
+                com::throwError(com::unsetObject, L"ReadDataArray was given no data array to fill.");
+            auto found = com::Ptr<DIDataArray>(data).as<OwnDataArray>();
+            if (!found)
+                com::throwError(
+                    DISP_E_TYPEMISMATCH,
+                    L"ReadDataArray was given a data array that is not one of this engine's. Create it "
+                    L"from this engine's own class.");
+            return found;
+        });
+        session_->onSite([&](store::Site& site) {
+            own->dataArray().fill(
+                [&](const store::Span& span, store::Run& run) { site.read(pid_, span, run); });
+        });
+    });
+}
+
+HRESULT Param::SpecialFunction(LONG id, SAFEARRAY** moreArgs, VARIANT* result) noexcept {
+    return com::guard(errorSource, __uuidof(DIParam), [&] {
+        com::needPointers(moreArgs, result);
+        VariantInit(result);
+        callSpecialFunction(*session_, pid_, id, *moreArgs).detachTo(result);
+    });
+}
+
+}  // namespace vtdn::embedded

@@ -1,0 +1,163 @@
+// Lifetime: objects in any order, the library's unloading, and nothing left behind.
+#include "on_engine.h"
+
+namespace vtdn::embedded::test {
+namespace {
+
+class EngineLifetime : public OnSite {};
+
+/// Counts the task memory, strings, arrays and variants that are allocated and not freed.
+class AllocationSpy final : public IMallocSpy {
+  public:
+    AllocationSpy() { com::check(CoRegisterMallocSpy(this)); }
+    ~AllocationSpy() { CoRevokeMallocSpy(); }
+    [[nodiscard]] long live() const { return live_; }
+
+    STDMETHODIMP QueryInterface(REFIID iid, void** out) noexcept override {
+        *out = iid == IID_IUnknown || iid == IID_IMallocSpy ? this : nullptr;
+        return *out ? S_OK : E_NOINTERFACE;
+    }
+    STDMETHODIMP_(ULONG) AddRef() noexcept override { return 2; }
+    STDMETHODIMP_(ULONG) Release() noexcept override { return 1; }
+    STDMETHODIMP_(SIZE_T) PreAlloc(SIZE_T size) noexcept override { return size; }
+    STDMETHODIMP_(void*) PostAlloc(void* block) noexcept override {
+        if (block) ++live_;
+        return block;
+    }
+    STDMETHODIMP_(void*) PreFree(void* block, BOOL spied) noexcept override {
+        if (block && spied) --live_;
+        return block;
+    }
+    STDMETHODIMP_(void) PostFree(BOOL) noexcept override {}
+    STDMETHODIMP_(SIZE_T)
+    PreRealloc(void*, SIZE_T size, void**, BOOL) noexcept override { return size; }
+    STDMETHODIMP_(void*) PostRealloc(void* block, BOOL) noexcept override { return block; }
+    STDMETHODIMP_(void*) PreGetSize(void* block, BOOL) noexcept override { return block; }
+    STDMETHODIMP_(SIZE_T) PostGetSize(SIZE_T size, BOOL) noexcept override { return size; }
+    STDMETHODIMP_(void*) PreDidAlloc(void* block, BOOL) noexcept override { return block; }
+    STDMETHODIMP_(int) PostDidAlloc(void*, BOOL, int actual) noexcept override { return actual; }
+    STDMETHODIMP_(void) PreHeapMinimize() noexcept override {}
+    STDMETHODIMP_(void) PostHeapMinimize() noexcept override {}
+
+  private:
+    long live_ = 0;
+};
+
+/// Everything that a client does in a session, the refused included.
+void session(LONG dahsId) {
+    const auto engine = engine::Engine::create();
+    Heard heard(engine);
+    static_cast<void>(engine.setupByDahsId(dahsId + 1));
+    static_cast<void>(engine.setupByDahsId(dahsId));
+    static_cast<void>(engine.selectedDahs().text(&DISelectedDahs::get_DataConnection));
+    const auto param = engine.params().item(hourPid);
+    static_cast<void>(param.text(&DIParam::get_Name));
+    for (const auto& value :
+         {com::Variant::of(std::wstring_view(L"text")), com::Variant::of(1.5F), com::Variant::null()})
+        storeItem(param, hour(1), value, 7);
+    com::SafeArray none;
+    EXPECT_NE(failureOf([&] { static_cast<void>(param.specialFunction(6, none)); }).number, 0);
+    const auto data = engine::DataArray::create();
+    data.define(hour(0), 24, com::Bstr(L"h"), 1);
+    param.readDataArray(data);
+    com::Variant value;
+    for (LONG i = 1; i <= 24; ++i) data.item(i).value(value);
+    EXPECT_NE(failureOf([&] { static_cast<void>(data.item(25)); }).number, 0);
+    engine.close();
+}
+
+}  // namespace
+
+TEST_F(EngineLifetime, ASessionLeavesNoAllocationBehind) {
+    session(dahsId);  // what is made once and kept
+    AllocationSpy spy;
+    {
+        const com::Bstr seen(L"the spy sees this one");
+        EXPECT_EQ(spy.live(), 1);
+    }
+    session(dahsId);
+    SetErrorInfo(0, nullptr);
+    EXPECT_EQ(spy.live(), 0);
+}
+
+TEST_F(EngineLifetime, EveryObjectKeepsTheLibraryAndTheLastOneLetsItGo) {
+    const auto created = [](REFCLSID classId) {
+        com::Ptr<IUnknown> object;
+        com::check(
+            CoCreateInstance(classId, nullptr, CLSCTX_INPROC_SERVER, IID_IUnknown, object.receiveVoid()));
+        return object;
+    };
+    for (int round = 0; round < 3; ++round) {
+        EngineLibrary another;
+        std::vector<com::Ptr<IUnknown>> objects;
+        for (const CLSID* classId :
+             {&CLSID_DIEngineClass, &CLSID_DIDataArrayClass, &CLSID_DIDataArrayItemClass})
+            objects.push_back(created(*classId));
+        {
+            const auto engine = engine::Engine::create();
+            ASSERT_TRUE(engine.setupByDahsId(dahsId));
+            objects.emplace_back(engine.params().get());
+            objects.emplace_back(engine.utils().get());
+            objects.emplace_back(engine.selectedDahs().get());
+            objects.emplace_back(engine.params().item(hourPid).get());
+            objects.emplace_back(engine.params().item(hourPid).dataItem(hour(1)).get());
+            engine.close();
+        }
+        another.stopServing();
+        library.stopServing();
+        while (!objects.empty()) {
+            EXPECT_EQ(another.canUnloadNow(), S_FALSE);
+            // From the middle, so that neither end comes first.
+            objects.erase(objects.begin() + static_cast<std::ptrdiff_t>(objects.size() / 2));
+        }
+        EXPECT_EQ(another.canUnloadNow(), S_OK);
+        library.serve();
+    }
+}
+
+TEST_F(EngineLifetime, WhatAnEngineHandedOutOutlivesIt) {
+    engine::Param param;
+    engine::SelectedDahs selected;
+    {
+        const auto engine = engine::Engine::create();
+        ASSERT_TRUE(engine.setupByDahsId(dahsId));
+        param = engine.params().item(hourPid);
+        selected = engine.selectedDahs();
+    }
+    EXPECT_EQ(param.ioType(), 38);
+    EXPECT_EQ(selected.dahsId(), dahsId);
+    EXPECT_EQ(failureOf([&] { static_cast<void>(param.dataItem(hour(0.5))); }).number, 5);
+}
+
+TEST_F(EngineLifetime, AnEngineReleasedWithoutCloseLetsTheFilesGo) {
+    {
+        const auto engine = engine::Engine::create();
+        ASSERT_TRUE(engine.setupByDahsId(dahsId));
+        EXPECT_TRUE(engine.params().exists(hourPid));
+    }
+    std::error_code error;
+    std::filesystem::rename(home.file("data.db"), home.file("moved"), error);
+    EXPECT_FALSE(error) << error.message();
+}
+
+TEST_F(EngineLifetime, UnknownClassesAndAggregationAreRefused) {
+    com::Ptr<IUnknown> object;
+    EXPECT_EQ(library.getClassObject(IID_IUnknown, IID_IUnknown, object.receiveVoid()),
+              CLASS_E_CLASSNOTAVAILABLE);
+    com::Ptr<IClassFactory> factory;
+    com::check(library.getClassObject(CLSID_DIEngineClass, IID_IClassFactory, factory.receiveVoid()));
+    EXPECT_EQ(factory->CreateInstance(factory.get(), IID_IUnknown, object.receiveVoid()),
+              CLASS_E_NOAGGREGATION);
+}
+
+TEST_F(EngineLifetime, TheLibraryIsUnloadedAndLoadedAgain) {
+    library.stopServing();
+    for (int round = 0; round < 5; ++round) {
+        EngineLibrary again;
+        const auto engine = engine::Engine::create();
+        EXPECT_TRUE(engine.setupByDahsId(dahsId));
+    }
+    library.serve();
+}
+
+}  // namespace vtdn::embedded::test

@@ -1,0 +1,93 @@
+// Several engines on one site, in one process and in several, and what is left when a process ends.
+#include "on_engine.h"
+
+namespace vtdn::embedded::test {
+namespace {
+
+class EngineSharing : public OnEngine {
+  protected:
+    /// Runs one test of this program in another process, in the same home folder, and returns its exit code.
+    static DWORD runElsewhere(const char* test) {
+        wchar_t program[MAX_PATH];
+        GetModuleFileNameW(nullptr, program, MAX_PATH);
+        std::wstring command = L"\"" + std::wstring(program) +
+                               L"\" --gtest_also_run_disabled_tests --gtest_filter=" + com::fromUtf8(test);
+        STARTUPINFOW startup{};
+        startup.cb = sizeof startup;
+        PROCESS_INFORMATION process{};
+        if (!CreateProcessW(program, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
+                            &process))
+            return GetLastError() + 1000;
+        WaitForSingleObject(process.hProcess, INFINITE);
+        DWORD code = 1;
+        GetExitCodeProcess(process.hProcess, &code);
+        CloseHandle(process.hProcess);
+        CloseHandle(process.hThread);
+        return code;
+    }
+};
+
+/// The other process: VANTOR_HOME is inherited.
+class EngineElsewhere : public testing::Test {
+  protected:
+    EngineLibrary library;
+    engine::Engine engine = engine::Engine::create();
+};
+
+}  // namespace
+
+TEST_F(EngineSharing, TwoEnginesOnOneSiteSeeEachOthersWrites) {
+    const auto other = engine::Engine::create();
+    ASSERT_TRUE(other.setupByDahsId(dahsId));
+    for (int h = 0; h < 24; ++h) {
+        write(hourPid, hour(h), com::Variant::of(LONG{h}), 1);
+        com::Variant value;
+        other.params().item(hourPid).dataItem(hour(h)).value(value);
+        EXPECT_EQ(value.get().lVal, h);
+    }
+    engine.close();
+    EXPECT_TRUE(other.params().exists(hourPid)) << "Each engine has a binding of its own";
+}
+
+TEST_F(EngineSharing, AWriteIsThereInANewProcess) {
+    write(hourPid, hour(1), com::Variant::of(2.5F), 7);
+    write(hourPid, hour(2), com::Variant::of(std::wstring_view(L"N/A")), 8);
+    engine.close();
+    EXPECT_EQ(runElsewhere("EngineElsewhere.DISABLED_ReadsWhatWasWritten"), 0U);
+}
+
+TEST_F(EngineSharing, AWriteSurvivesTheKillOfItsProcess) {
+    engine.close();
+    EXPECT_EQ(runElsewhere("EngineElsewhere.DISABLED_WritesAndIsKilled"), 77U);
+    ASSERT_TRUE(engine.setupByDahsId(dahsId));
+    EXPECT_EQ(read(hourPid, hour(3)).get().lVal, 33);
+}
+
+TEST_F(EngineSharing, AnotherProcessWritesWhileThisOneHasTheSiteOpen) {
+    write(hourPid, hour(3), com::Variant::of(LONG{1}), 1);
+    EXPECT_EQ(runElsewhere("EngineElsewhere.DISABLED_WritesAndIsKilled"), 77U);
+    EXPECT_EQ(read(hourPid, hour(3)).get().lVal, 33);
+    write(hourPid, hour(4), com::Variant::of(LONG{4}), 1);
+    EXPECT_EQ(read(hourPid, hour(4)).get().lVal, 4);
+}
+
+TEST_F(EngineElsewhere, DISABLED_ReadsWhatWasWritten) {
+    ASSERT_TRUE(engine.setupByDahsId(dahsId));
+    const auto param = engine.params().item(hourPid);
+    com::Variant value;
+    param.dataItem(hour(1)).value(value);
+    ASSERT_EQ(value.type(), VT_R4);
+    EXPECT_EQ(value.get().fltVal, 2.5F);
+    EXPECT_EQ(param.dataItem(hour(1)).mc(), 7);
+    param.dataItem(hour(2)).value(value);
+    ASSERT_EQ(value.type(), VT_BSTR);
+    EXPECT_EQ(com::view(value.get().bstrVal), L"N/A");
+}
+
+TEST_F(EngineElsewhere, DISABLED_WritesAndIsKilled) {
+    ASSERT_TRUE(engine.setupByDahsId(dahsId));
+    storeItem(engine.params().item(hourPid), hour(3), com::Variant::of(LONG{33}), 3);
+    TerminateProcess(GetCurrentProcess(), 77);
+}
+
+}  // namespace vtdn::embedded::test
