@@ -13,9 +13,8 @@ constexpr Code code(std::uint8_t number) noexcept {
     return Code{number};
 }
 
-/// "(WDN-nnn)", and from 49 on "(WDN-nnnn)".
-std::wstring codeText(Code code);
-
+// Codes have three digits, from 49 on four.
+//
 // PIDs are shown in their display form; an ill-formed one shows as nothing between its two blanks.
 
 /// PID 1-234-5-67-89 does not exist (WDN-nnn)

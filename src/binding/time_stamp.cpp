@@ -3,6 +3,7 @@
 #include <iterator>
 
 #include "com/platform.h"
+#include "common/digits.h"
 
 namespace vtdn::binding {
 namespace {
@@ -15,27 +16,21 @@ std::wstring separator(LCTYPE which) {
     return length > 0 ? std::wstring(text, static_cast<std::size_t>(length) - 1) : std::wstring();
 }
 
-void appendDigits(std::wstring& text, int value, int digits) {
-    const std::size_t end = text.size() + static_cast<std::size_t>(digits);
-    text.resize(end);
-    for (int i = 1; i <= digits; ++i, value /= 10) text[end - i] = static_cast<wchar_t>(L'0' + value % 10);
-}
-
 std::wstring formatted(const SYSTEMTIME& time) {
     const std::wstring dateSeparator = separator(LOCALE_SDATE);
     const std::wstring timeSeparator = separator(LOCALE_STIME);
     std::wstring text;
-    appendDigits(text, time.wYear, 4);
+    common::appendNumber(text, time.wYear, 4);
     text += dateSeparator;
-    appendDigits(text, time.wMonth, 2);
+    common::appendNumber(text, time.wMonth, 2);
     text += dateSeparator;
-    appendDigits(text, time.wDay, 2);
+    common::appendNumber(text, time.wDay, 2);
     text += L' ';
-    appendDigits(text, time.wHour, 2);
+    common::appendNumber(text, time.wHour, 2);
     text += timeSeparator;
-    appendDigits(text, time.wMinute, 2);
+    common::appendNumber(text, time.wMinute, 2);
     text += timeSeparator;
-    appendDigits(text, time.wSecond, 2);
+    common::appendNumber(text, time.wSecond, 2);
     return text;
 }
 

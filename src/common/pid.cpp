@@ -3,6 +3,8 @@
 #include <cmath>
 #include <limits>
 
+#include "common/digits.h"
+
 namespace vtdn::common {
 namespace {
 
@@ -15,12 +17,6 @@ constexpr bool isTimeType(std::int32_t c) noexcept {
 
 constexpr bool isDigit(wchar_t c) noexcept {
     return c >= L'0' && c <= L'9';
-}
-
-std::wstring padded(std::int32_t number, int width) {
-    std::wstring digits = std::to_wstring(number);
-    if (digits.size() < static_cast<std::size_t>(width)) digits.insert(0, width - digits.size(), L'0');
-    return digits;
 }
 
 std::wstring_view trimmed(std::wstring_view text) noexcept {
@@ -91,16 +87,30 @@ bool isValidPid(std::wstring_view text) noexcept {
     return parsePidText(text, false) != 0;
 }
 
+void appendPid(std::wstring& text, std::int32_t pid) {
+    if (!isValidPid(pid)) return;
+    appendNumber(text, pidField(pid, 1));
+    text += L'-';
+    appendNumber(text, pidField(pid, 2), 3);
+    text += L'-';
+    appendNumber(text, pidField(pid, 5));
+    text += L'-';
+    appendNumber(text, pidField(pid, 4), 2);
+    text += L'-';
+    appendNumber(text, pidField(pid, 3), 2);
+}
+
 std::wstring formatPid(std::int32_t pid) {
-    if (!isValidPid(pid)) return {};
-    return std::to_wstring(pidField(pid, 1)) + L'-' + padded(pidField(pid, 2), 3) + L'-' +
-           std::to_wstring(pidField(pid, 5)) + L'-' + padded(pidField(pid, 4), 2) + L'-' +
-           padded(pidField(pid, 3), 2);
+    std::wstring text;
+    appendPid(text, pid);
+    return text;
 }
 
 std::wstring formatPid9(std::int32_t pid) {
+    std::wstring text;
     // The end of the range is listed although its digit 9 is no time type.
-    return isValidPid(pid) || pid == highest ? padded(pid, 9) : std::wstring();
+    if (isValidPid(pid) || pid == highest) appendNumber(text, pid, 9);
+    return text;
 }
 
 std::int32_t takeTrailingDigits(std::wstring_view& text, std::int32_t maximum) noexcept {

@@ -30,6 +30,8 @@ bool isValidPid(std::wstring_view text) noexcept;
 
 /// Display form "#0-000-0-00-00", for example 1-234-5-67-89; "" for a PID that is not well formed.
 std::wstring formatPid(std::int32_t pid);
+/// The display form behind a text.
+void appendPid(std::wstring& text, std::int32_t pid);
 /// List form "#000000000": at least nine digits, zero-padded; "" for a PID that is not well formed, except
 /// that the end of the range, 1999999999, is listed.
 std::wstring formatPid9(std::int32_t pid);

@@ -9,11 +9,11 @@ namespace vtdn::binding {
 namespace {
 
 TEST(ProblemTexts, CodesHaveThreeDigitsBelow49AndFourFromThereOn) {
-    EXPECT_EQ(codeText(code(1)), L"(WDN-001)");
-    EXPECT_EQ(codeText(code(30)), L"(WDN-030)");
-    EXPECT_EQ(codeText(code(48)), L"(WDN-048)");
-    EXPECT_EQ(codeText(code(49)), L"(WDN-0049)");
-    EXPECT_EQ(codeText(code(65)), L"(WDN-0065)");
+    EXPECT_EQ(doesNotExist(0, code(1)), L"PID  does not exist (WDN-001)");
+    EXPECT_EQ(doesNotExist(0, code(30)), L"PID  does not exist (WDN-030)");
+    EXPECT_EQ(doesNotExist(0, code(48)), L"PID  does not exist (WDN-048)");
+    EXPECT_EQ(doesNotExist(0, code(49)), L"PID  does not exist (WDN-0049)");
+    EXPECT_EQ(doesNotExist(0, code(65)), L"PID  does not exist (WDN-0065)");
 }
 
 TEST(ProblemTexts, AnUnknownPidIsNamedInItsDisplayForm) {
