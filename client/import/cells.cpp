@@ -1,0 +1,56 @@
+#include "client/import/cells.h"
+
+#include <stdexcept>
+#include <string>
+
+#include "client/text/numbers.h"
+#include "client/text/utf8.h"
+#include "store/error.h"
+#include "store/pid_text.h"
+#include "store/text.h"
+
+namespace vtdn::client {
+
+namespace {
+
+constexpr std::size_t longestTextValue = 255;
+constexpr std::size_t leastPidDigits = 9;
+
+bool allDigits(std::string_view text) {
+    return text.find_first_not_of("0123456789") == std::string_view::npos;
+}
+
+/// A digit first, or one behind a sign, a point or both.
+bool beginsLikeNumber(std::string_view text) {
+    if (!text.empty() && (text[0] == '+' || text[0] == '-')) text.remove_prefix(1);
+    if (!text.empty() && text[0] == '.') text.remove_prefix(1);
+    return !text.empty() && store::isDigit(text[0]);
+}
+
+}  // namespace
+
+store::Pid pidOfCell(std::string_view cell) {
+    if (cell.size() < leastPidDigits && allDigits(cell)) return 0;
+    return store::parsePid(cell);
+}
+
+std::optional<std::int32_t> wholeNumberOfCell(std::string_view cell) {
+    return allDigits(cell) ? parseInteger(cell) : std::nullopt;
+}
+
+store::Value valueOfCell(std::string_view cell) {
+    if (cell.empty()) return {};
+    if (beginsLikeNumber(cell)) {
+        if (const auto number = parseNumber(cell)) return *number;
+        throw std::invalid_argument(
+            store::quote(cell) +
+            " begins like a number and is none that can be stored; numbers look like -12.5 or "
+            "6.02e23");
+    }
+    if (cell.size() > longestTextValue && characterCount(cell) > longestTextValue)
+        throw std::invalid_argument("the text has " + std::to_string(characterCount(cell)) + " characters; " +
+                                    std::to_string(longestTextValue) + " are the most");
+    return std::string(cell);
+}
+
+}  // namespace vtdn::client

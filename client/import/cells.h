@@ -1,0 +1,22 @@
+// What a cell of a site file says.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+#include "store/value.h"
+
+namespace vtdn::client {
+
+/// A PID in display form or as a number of nine or ten digits; 0 for anything else.
+store::Pid pidOfCell(std::string_view cell);
+
+/// A whole number of digits only.
+std::optional<std::int32_t> wholeNumberOfCell(std::string_view cell);
+
+/// A number, a text, or nothing for an empty cell. Throws std::invalid_argument with the reason for what
+/// begins like a number and is none, for a number out of range and for a text that is too long.
+store::Value valueOfCell(std::string_view cell);
+
+}  // namespace vtdn::client
