@@ -15,28 +15,27 @@ STDMETHODIMP DIWrapper::Setup3(LONG lngDahsID, BSTR strClientAppName, VARIANT_BO
         result, [&] { return binding::setUp(session_, lngDahsID, com::view(strClientAppName)); });
 }
 
+HRESULT DIWrapper::setUpForced(const engine::ForcedSite& site, std::wstring_view clientName,
+                               VARIANT_BOOL* result) noexcept {
+    return answer<_DIWrapper>(result, [&] { return binding::setUp(session_, site, clientName); });
+}
+
 STDMETHODIMP DIWrapper::Setup2(BSTR strForceSiteID, BSTR strForceAlarmConnection,
                                BSTR strForceConfigConnection, BSTR strForceDataConnection,
                                BSTR strForceDataShortTermConnection, BSTR strForceRealtimeConnection,
                                VARIANT_BOOL* result) noexcept {
-    return answer<_DIWrapper>(result, [&] {
-        const engine::ForcedSite site{
-            strForceSiteID,         strForceAlarmConnection,         strForceConfigConnection,
-            strForceDataConnection, strForceDataShortTermConnection, strForceRealtimeConnection};
-        return binding::setUp(session_, site, binding::defaultClientName);
-    });
+    return setUpForced({strForceSiteID, strForceAlarmConnection, strForceConfigConnection,
+                        strForceDataConnection, strForceDataShortTermConnection, strForceRealtimeConnection},
+                       binding::defaultClientName, result);
 }
 
 STDMETHODIMP DIWrapper::Setup4(BSTR strForceSiteID, BSTR strForceAlarmConnection,
                                BSTR strForceConfigConnection, BSTR strForceDataConnection,
                                BSTR strForceDataShortTermConnection, BSTR strForceRealtimeConnection,
                                BSTR strClientAppName, VARIANT_BOOL* result) noexcept {
-    return answer<_DIWrapper>(result, [&] {
-        const engine::ForcedSite site{
-            strForceSiteID,         strForceAlarmConnection,         strForceConfigConnection,
-            strForceDataConnection, strForceDataShortTermConnection, strForceRealtimeConnection};
-        return binding::setUp(session_, site, com::view(strClientAppName));
-    });
+    return setUpForced({strForceSiteID, strForceAlarmConnection, strForceConfigConnection,
+                        strForceDataConnection, strForceDataShortTermConnection, strForceRealtimeConnection},
+                       com::view(strClientAppName), result);
 }
 
 STDMETHODIMP DIWrapper::Teardown() noexcept {
@@ -51,7 +50,7 @@ STDMETHODIMP DIWrapper::SelectedDahs_DahsID(LONG* result) noexcept {
     return answer<_DIWrapper>(result, [&] { return binding::selectedDahsId(session_); });
 }
 
-HRESULT DIWrapper::selectedDahs(engine::SelectedDahs::TextProperty property, BSTR* result) noexcept {
+HRESULT DIWrapper::selectedDahs(engine::TextProperty<DISelectedDahs> property, BSTR* result) noexcept {
     return answer<_DIWrapper>(result, [&] { return binding::selectedDahsText(session_, property); });
 }
 

@@ -2,7 +2,7 @@
 
 namespace vtdn::binding {
 
-com::Bstr selectedDahsText(const Session& session, engine::SelectedDahs::TextProperty property) {
+com::Bstr selectedDahsText(const Session& session, engine::TextProperty<DISelectedDahs> property) {
     const auto engine = session.engine();
     return engine ? engine.selectedDahs().text(property) : com::Bstr();
 }

@@ -6,7 +6,7 @@
 namespace vtdn::binding {
 
 /// A text of the selected DAHS; "" before set-up.
-com::Bstr selectedDahsText(const Session& session, engine::SelectedDahs::TextProperty property);
+com::Bstr selectedDahsText(const Session& session, engine::TextProperty<DISelectedDahs> property);
 /// Its id in the directory; 0 before set-up.
 LONG selectedDahsId(const Session& session);
 

@@ -85,7 +85,9 @@ class DIWrapper final : public com::Object<DIWrapper, _DIWrapper> {
                                        VARIANT_BOOL* result) noexcept override;
 
   private:
-    HRESULT selectedDahs(engine::SelectedDahs::TextProperty property, BSTR* result) noexcept;
+    HRESULT setUpForced(const engine::ForcedSite& site, std::wstring_view clientName,
+                        VARIANT_BOOL* result) noexcept;
+    HRESULT selectedDahs(engine::TextProperty<DISelectedDahs> property, BSTR* result) noexcept;
 
     binding::Session session_;
 };

@@ -34,6 +34,22 @@ class Object {
     com::Ptr<I> object_;
 };
 
+/// A property of type text, as &DIParam::get_Name.
+template <class I>
+using TextProperty = HRESULT (STDMETHODCALLTYPE I::*)(BSTR*);
+
+template <class I>
+class ObjectWithTexts : public Object<I> {
+  public:
+    using Object<I>::Object;
+
+    [[nodiscard]] com::Bstr text(TextProperty<I> property) const {
+        com::Bstr result;
+        com::check((this->get()->*property)(result.receive()));
+        return result;
+    }
+};
+
 /// A new engine object, from whichever library is registered for the class.
 template <class T>
 T create(REFCLSID clsid) {
@@ -107,17 +123,10 @@ class DataArray : public Object<DIDataArray> {
     }
 };
 
-class Param : public Object<DIParam> {
+class Param : public ObjectWithTexts<DIParam> {
   public:
-    using Object::Object;
+    using ObjectWithTexts::ObjectWithTexts;
 
-    /// A property of type text, as &DIParam::get_Name.
-    using TextProperty = HRESULT (STDMETHODCALLTYPE DIParam::*)(BSTR*);
-    [[nodiscard]] com::Bstr text(TextProperty property) const {
-        com::Bstr result;
-        com::check((get()->*property)(result.receive()));
-        return result;
-    }
     [[nodiscard]] LONG ioType() const {
         LONG result = 0;
         com::check(get()->get_IOType(&result));
@@ -163,17 +172,10 @@ class Utils : public Object<DIUtils> {
     }
 };
 
-class SelectedDahs : public Object<DISelectedDahs> {
+class SelectedDahs : public ObjectWithTexts<DISelectedDahs> {
   public:
-    using Object::Object;
+    using ObjectWithTexts::ObjectWithTexts;
 
-    /// A property of type text, as &DISelectedDahs::get_SiteID.
-    using TextProperty = HRESULT (STDMETHODCALLTYPE DISelectedDahs::*)(BSTR*);
-    [[nodiscard]] com::Bstr text(TextProperty property) const {
-        com::Bstr result;
-        com::check((get()->*property)(result.receive()));
-        return result;
-    }
     [[nodiscard]] LONG dahsId() const {
         LONG result = 0;
         com::check(get()->get_DahsID(&result));

@@ -3,6 +3,8 @@
 
 #include <cfloat>
 #include <cmath>
+#include <cstdint>
+#include <limits>
 
 #include "com/variant.h"
 
@@ -23,8 +25,9 @@ inline bool toElement(const com::Variant& value, float& element) noexcept {
 // The same from numbers that lie in memory.
 
 inline bool toElement(LONG value, LONG& element) noexcept {
+    using Narrow = std::numeric_limits<std::int16_t>;
     element = value;
-    return value >= -32768 && value <= 32767;
+    return value >= Narrow::min() && value <= Narrow::max();
 }
 
 template <class Number>

@@ -7,7 +7,7 @@ namespace vtdn::params {
 
 /// A text property of a parameter, and the code of its unknown PID.
 struct TextProperty {
-    engine::Param::TextProperty property;
+    engine::TextProperty<DIParam> property;
     binding::Code unknownPid;
 };
 inline constexpr TextProperty format{&DIParam::get_Fmt, binding::code(22)};
