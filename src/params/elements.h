@@ -1,4 +1,5 @@
-// How stored values become elements of a client's array. Each conversion reports whether it could be made.
+// How stored values become elements of a client's array. Each conversion reports whether it could be made;
+// only lack of memory, which is no property of the value, is thrown.
 #pragma once
 
 #include <cfloat>
@@ -6,20 +7,27 @@
 #include <cstdint>
 #include <limits>
 
+#include "com/error.h"
 #include "com/variant.h"
 
 namespace vtdn::params {
 
+/// Whether a conversion was made, from its result.
+inline bool converted(HRESULT result) {
+    if (result == E_OUTOFMEMORY) com::throwError(result);
+    return SUCCEEDED(result);
+}
+
 /// Elements of the whole-number arrays keep to 16 bits, although they are 32 bits wide.
-inline bool toElement(const com::Variant& value, LONG& element) noexcept {
+inline bool toElement(const com::Variant& value, LONG& element) {
     std::int16_t narrow = 0;
-    if (FAILED(com::toInt16(value.get(), narrow))) return false;
+    if (!converted(com::toInt16(value.get(), narrow))) return false;
     element = narrow;
     return true;
 }
 
-inline bool toElement(const com::Variant& value, float& element) noexcept {
-    return SUCCEEDED(com::toSingle(value.get(), element));
+inline bool toElement(const com::Variant& value, float& element) {
+    return converted(com::toSingle(value.get(), element));
 }
 
 // The same from numbers that lie in memory.
@@ -31,7 +39,7 @@ inline bool toElement(LONG value, LONG& element) noexcept {
 }
 
 template <class Number>
-bool toElement(Number value, LONG& element) noexcept {
+bool toElement(Number value, LONG& element) {
     return toElement(com::Variant::of(value), element);
 }
 

@@ -2,6 +2,7 @@
 
 #include "binding/io_type.h"
 #include "common/lists.h"
+#include "params/elements.h"
 #include "params/used_pids.h"
 
 namespace vtdn::params {
@@ -17,7 +18,7 @@ common::Reading readLong(std::wstring_view piece, std::int32_t& number) {
     const auto text = com::Variant::of(piece);
     if (!com::isNumeric(text.get())) return common::Reading::notNumeric;
     LONG value = 0;
-    if (FAILED(com::toInt32(text.get(), value))) return common::Reading::outOfRange;
+    if (!converted(com::toInt32(text.get(), value))) return common::Reading::outOfRange;
     number = value;
     return common::Reading::number;
 }

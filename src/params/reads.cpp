@@ -14,12 +14,10 @@ constexpr binding::Code integersUnknownPid = binding::code(1);
 constexpr binding::Code singlesUnknownPid = binding::code(2);
 constexpr binding::Code textsUnknownPid = binding::code(3);
 
-/// The value as text; "" when it cannot be one. Lack of memory is no property of the value.
+/// The value as text; "" when it cannot be one.
 com::Bstr textOf(const com::Variant& value) {
     com::Bstr text;
-    const HRESULT result = com::toText(value.get(), text);
-    if (result == E_OUTOFMEMORY) com::throwError(result);
-    return SUCCEEDED(result) ? std::move(text) : com::Bstr(L"");
+    return converted(com::toText(value.get(), text)) ? std::move(text) : com::Bstr(L"");
 }
 
 /// Values as numbers, with a flag for each that says whether there is none.
@@ -44,9 +42,9 @@ class Numbers {
     }
 
   private:
-    void set(std::size_t i, bool converted) {
-        if (!converted) values_[i] = 0;
-        nonNumeric_[i] = com::variantBool(!converted);
+    void set(std::size_t i, bool isNumber) {
+        if (!isNumber) values_[i] = 0;
+        nonNumeric_[i] = com::variantBool(!isNumber);
     }
 
     com::ArrayView<T> values_;
