@@ -119,7 +119,7 @@ class Object : private KeepsModule,
     }
 
   protected:
-    Object() noexcept = default;
+    Object() = default;  // an interface that comes with its methods may throw here
     virtual ~Object() = default;
 
   private:

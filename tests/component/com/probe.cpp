@@ -15,7 +15,9 @@ std::atomic<LONG> living{0};
 
 std::wstring textOf(const VARIANT& value) {
     Bstr text;
-    if (FAILED(com::toText(value, text))) return L"?";
+    const HRESULT result = com::toText(value, text);
+    if (result == E_OUTOFMEMORY) com::throwError(result);
+    if (FAILED(result)) return L"?";
     return std::wstring(text.view());
 }
 

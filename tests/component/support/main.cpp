@@ -2,33 +2,14 @@
 // that the allocation spy sees each string end.
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <memory>
 
 #include "support/component.h"
+#include "support/string_cache.h"
 
 namespace {
 
 std::unique_ptr<vtdn::test::Component> loaded;
-
-/// Runs this program again with OANOCACHE set: the platform reads it when it loads.
-int runWithoutStringCache() {
-    SetEnvironmentVariableW(L"OANOCACHE", L"1");
-    STARTUPINFOW startup{};
-    startup.cb = sizeof startup;
-    PROCESS_INFORMATION process{};
-    if (!CreateProcessW(nullptr, GetCommandLineW(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup,
-                        &process)) {
-        std::fprintf(stderr, "cannot start the program again: error %lu\n", GetLastError());
-        return 2;
-    }
-    WaitForSingleObject(process.hProcess, INFINITE);
-    DWORD code = 2;
-    GetExitCodeProcess(process.hProcess, &code);
-    CloseHandle(process.hProcess);
-    CloseHandle(process.hThread);
-    return static_cast<int>(code);
-}
 
 }  // namespace
 
@@ -46,7 +27,7 @@ Component& component() {
 }  // namespace vtdn::test
 
 int main(int argc, char** argv) {
-    if (GetEnvironmentVariableW(L"OANOCACHE", nullptr, 0) == 0) return runWithoutStringCache();
+    if (const auto code = vtdn::test::runWithoutStringCache()) return *code;
     testing::InitGoogleTest(&argc, argv);
     if (FAILED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED))) return 2;
     const int result = RUN_ALL_TESTS();
