@@ -304,7 +304,18 @@ std::vector<Item> unpackChunk(std::span<const std::byte> blob, std::uint64_t key
     decodeChunk(blob, key, 0, slotsPerChunk, run);
     run.finish(slotsPerChunk);
     std::vector<Item> items(static_cast<std::size_t>(slotsPerChunk));
-    for (std::int32_t i = 0; i < slotsPerChunk; ++i) items[static_cast<std::size_t>(i)] = run.item(i);
+    for (const Run::Values& s : run.values()) {
+        Item* item = &items[static_cast<std::size_t>(s.first)];
+        const auto assign = [&item](const auto& numbers) {
+            for (const auto number : numbers) (item++)->value = number;
+        };
+        if (s.kind == ValueKind::integer) assign(run.integers(s));
+        if (s.kind == ValueKind::single) assign(run.singles(s));
+        if (s.kind == ValueKind::real) assign(run.reals(s));
+        if (s.kind == ValueKind::text)
+            for (std::int32_t i = 0; i < s.count; ++i) (item++)->value = std::string(run.text(s, i));
+    }
+    for (std::int32_t i = 0; i < slotsPerChunk; ++i) items[static_cast<std::size_t>(i)].code = run.code(i);
     return items;
 }
 

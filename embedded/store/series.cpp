@@ -29,6 +29,10 @@ std::int64_t chunkOfIndex(std::int64_t index) {
     return floorDivide(index, slotsPerChunk);
 }
 
+std::vector<Item> emptyChunk() {
+    return std::vector<Item>(static_cast<std::size_t>(slotsPerChunk));
+}
+
 void apply(const WriteItem& change, Item& item) {
     if (change.value) item.value = change.item.value;
     if (change.code) item.code = change.item.code;
@@ -84,7 +88,7 @@ std::vector<Item> SeriesStore::loadChunk(const SeriesKey& key, std::int64_t seri
     const auto row = rowOf(series, chunk);
     ResetAtEnd reset(get_chunk_);
     get_chunk_.bindAll(row);
-    if (!get_chunk_.step()) return std::vector<Item>(static_cast<std::size_t>(slotsPerChunk));
+    if (!get_chunk_.step()) return emptyChunk();
     try {
         return unpackChunk(get_chunk_.blob(0), checksumKey(row));
     } catch (const DamagedChunk&) {
@@ -143,7 +147,8 @@ void SeriesStore::read(const SeriesKey& key, Time start, std::int32_t count, Run
 // Calls change(items, offset) for each chunk that intervals first to first + count - 1 lie in: items are
 // those of them in the chunk, offset is the number of the first one from the beginning of the run.
 template <typename Edit>
-void SeriesStore::edit(const SeriesKey& key, std::int64_t first, std::int64_t count, Edit change) {
+void SeriesStore::edit(const SeriesKey& key, std::int64_t first, std::int64_t count, bool whole,
+                       Edit change) {
     Transaction transaction(db_);
     const auto series = findOrAddSeries(key);
     const std::int64_t end = first + count;
@@ -151,7 +156,8 @@ void SeriesStore::edit(const SeriesKey& key, std::int64_t first, std::int64_t co
         const auto chunk = chunkOfIndex(at);
         const std::int64_t begin = chunk * slotsPerChunk;
         const std::int64_t stop = std::min(begin + slotsPerChunk, end);
-        auto items = loadChunk(key, series, chunk);
+        auto items = whole && at == begin && stop == begin + slotsPerChunk ? emptyChunk()
+                                                                           : loadChunk(key, series, chunk);
         change(std::span(items).subspan(static_cast<std::size_t>(at - begin),
                                         static_cast<std::size_t>(stop - at)),
                static_cast<std::size_t>(at - first));
@@ -167,7 +173,9 @@ void SeriesStore::write(const SeriesKey& key, Time time, const WriteItem& item) 
 
 void SeriesStore::write(const SeriesKey& key, Time start, std::span<const WriteItem> items) {
     requireBoundary(key.pid, key.interval, start);
-    edit(key, key.interval.index(start), static_cast<std::int64_t>(items.size()),
+    const bool whole =
+        std::all_of(items.begin(), items.end(), [](const WriteItem& i) { return i.value && i.code; });
+    edit(key, key.interval.index(start), static_cast<std::int64_t>(items.size()), whole,
          [&](std::span<Item> stored, std::size_t offset) {
              for (std::size_t i = 0; i < stored.size(); ++i) apply(items[offset + i], stored[i]);
          });
@@ -178,7 +186,7 @@ void SeriesStore::write(const SeriesKey& key, Time start, std::span<const float>
     requireBoundary(key.pid, key.interval, start);
     if (values.size() != codes.size())
         throw Error(ErrorKind::internal, "A run was given a different number of values and codes.");
-    edit(key, key.interval.index(start), static_cast<std::int64_t>(values.size()),
+    edit(key, key.interval.index(start), static_cast<std::int64_t>(values.size()), true,
          [&](std::span<Item> stored, std::size_t offset) {
              for (std::size_t i = 0; i < stored.size(); ++i)
                  stored[i] = {values[offset + i], codes[offset + i]};

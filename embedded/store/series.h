@@ -82,7 +82,7 @@ class SeriesStore {
     [[nodiscard]] std::string damageSentence(const SeriesKey& key, std::int64_t chunk) const;
     [[noreturn]] void failChunk(const SeriesKey& key, std::int64_t chunk) const;
     template <typename Edit>
-    void edit(const SeriesKey& key, std::int64_t first, std::int64_t count, Edit change);
+    void edit(const SeriesKey& key, std::int64_t first, std::int64_t count, bool whole, Edit change);
 
     Database& db_;
     Statement find_series_;
