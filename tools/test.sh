@@ -59,8 +59,7 @@ run_suite() {
     if [ "$bad" -gt 0 ]; then
         [ "$status" = 124 ] && say "      stopped after 900 seconds"
         [ "$status" != 0 ] && say "      exit code $status"
-        grep -E -A 12 '^\[ RUN|Failure$|^FAILED|ERROR: |runtime error' "$log" | grep -vE '^\[( RUN|       OK)' |
-            head -n 40 | sed 's/^/      /' || true
+        grep -E -A 8 ': Failure$|ERROR: |runtime error|^FAILED' "$log" | head -n 40 | sed 's/^/      /' || true
         tail -n 5 "$log" | sed 's/^/      | /'
     fi
 }
