@@ -1,0 +1,77 @@
+// The component as this program uses it: created, bound to a DAHS, asked, and torn down at the end.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "VTWrapperDN.h"
+#include "client/verbs/read_range.h"
+#include "com/ptr.h"
+#include "com/safe_array.h"
+
+namespace vtdn::client {
+
+/// One interval as the component hands it out: the value as text in the user's locale, and its number if it
+/// is one.
+struct Reading {
+    std::string text;  ///< empty for no value
+    std::optional<double> number;
+    std::int32_t code = 0;
+};
+
+/// A value to write.
+using WrittenValue = std::variant<std::monostate, std::int32_t, float, std::string>;
+
+/// Calls that fail throw com::Error; the component's refusals are results here as they are there, with lines
+/// in the problems list.
+class Component {
+  public:
+    /// Creates the component. Throws Failure (environment) when it is not registered for programs like this
+    /// one.
+    Component();
+    ~Component();
+    Component(const Component&) = delete;
+    Component& operator=(const Component&) = delete;
+
+    /// Binds to a DAHS. False when the engine refused; the problems list says why.
+    bool setUp(std::int32_t dahsId);
+    /// Empties the problems list and returns its entries, "(time stamp) text" each.
+    std::vector<std::string> takeProblems();
+
+    bool exists(std::int32_t pid);
+    bool isStored(std::int32_t pid);
+    std::string name(std::int32_t pid) { return text(&_DIWrapper::Param_Name, pid); }
+    std::string units(std::int32_t pid) { return text(&_DIWrapper::Param_MeasUnits, pid); }
+    std::string format(std::int32_t pid) { return text(&_DIWrapper::Param_Fmt, pid); }
+    std::string interval(std::int32_t pid) { return text(&_DIWrapper::Param_IntervalType, pid); }
+    std::string configConnection();
+
+    struct UsedPids {
+        std::string stored;  ///< nine-digit PIDs joined by ";"
+        std::string constant;
+    };
+    /// Nothing when the component refused.
+    std::optional<UsedPids> uses(std::int32_t pid);
+
+    /// Nothing when the component refused, or when anything failed.
+    std::optional<Reading> readOne(std::int32_t pid, store::Time time);
+    /// Nothing when the component refused.
+    std::optional<std::vector<Reading>> read(std::int32_t pid, store::Time start, std::int32_t count,
+                                             const store::Interval& interval);
+
+    bool writeCode(std::int32_t pid, store::Time time, std::int32_t code);
+    bool writeValue(std::int32_t pid, store::Time time, const WrittenValue& value);
+    /// Value and monitor code in one write. Not for texts, which the component has no such operation for.
+    bool writeBoth(std::int32_t pid, store::Time time, const WrittenValue& value, std::int32_t code);
+
+  private:
+    using TextGetter = HRESULT (STDMETHODCALLTYPE _DIWrapper::*)(long, BSTR*);
+    std::string text(TextGetter getter, std::int32_t pid);
+
+    com::Ptr<_DIWrapper> wrapper_;
+};
+
+}  // namespace vtdn::client

@@ -1,0 +1,65 @@
+// What every verb has in its hands, and the verbs themselves.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "client/cli/command.h"
+#include "client/component/component.h"
+#include "client/output/rows.h"
+#include "client/platform/console.h"
+
+namespace vtdn::client {
+
+struct Context {
+    const Arguments& arguments;
+    Console& console;
+
+    /// --csv, --json or a table.
+    [[nodiscard]] Format format() const;
+    [[nodiscard]] std::unique_ptr<RowWriter> rows(std::vector<Column> columns) const {
+        return makeRowWriter(format(), std::move(columns), console.sink());
+    }
+};
+
+/// The PID that was typed. Throws Failure (usage).
+std::int32_t pidArgument(const std::string& text);
+/// The whole number of an option. Throws Failure (usage).
+std::int32_t integerArgument(std::string_view option, const std::string& text, std::int32_t least);
+
+/// The component, bound to the DAHS that --dahs, VANTOR_DAHS or the directory says.
+class Binding {
+  public:
+    /// Throws Failure when there is no DAHS, more than one to choose from, or the engine refuses.
+    explicit Binding(Context& context);
+
+    Component* operator->() { return &component_; }
+    [[nodiscard]] std::int32_t dahsId() const { return dahsId_; }
+    /// PIDs of all parameters, ascending.
+    std::vector<std::int32_t> pids();
+
+    /// Prints the problems list when a call was refused, or when --problems asks for it.
+    void report(bool refused);
+    /// Ends the verb with what the component says about a refused call.
+    [[noreturn]] void refuse(const std::string& sentence, const std::string& next);
+
+  private:
+    Context& context_;
+    Component component_;
+    std::int32_t dahsId_;
+};
+
+ExitCode runDoctor(Context& context);
+ExitCode runSiteCreate(Context& context);
+ExitCode runSiteImport(Context& context);
+ExitCode runSiteList(Context& context);
+ExitCode runSiteRemove(Context& context);
+ExitCode runParamsList(Context& context);
+ExitCode runParamsShow(Context& context);
+ExitCode runParamsUses(Context& context);
+ExitCode runRead(Context& context);
+ExitCode runWrite(Context& context);
+ExitCode runProblems(Context& context);
+
+}  // namespace vtdn::client

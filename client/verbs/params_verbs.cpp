@@ -1,0 +1,128 @@
+#include <algorithm>
+
+#include "client/verbs/context.h"
+#include "store/pid_text.h"
+#include "store/text.h"
+
+namespace vtdn::client {
+
+namespace {
+
+/// Whether a text holds another one; the case of ASCII letters does not count.
+bool holds(std::string_view text, std::string_view part) {
+    const auto same = [](char a, char b) { return store::lowerAscii(a) == store::lowerAscii(b); };
+    return std::search(text.begin(), text.end(), part.begin(), part.end(), same) != text.end();
+}
+
+/// What is known of a parameter, all of it from the component.
+struct Metadata {
+    std::string pid;
+    std::string name;
+    std::string units;
+    std::string format;
+    std::string interval;
+    bool stored;
+
+    Metadata(Component& component, std::int32_t number)
+        : pid(store::pidText(number)),
+          name(component.name(number)),
+          units(component.units(number)),
+          format(component.format(number)),
+          interval(component.interval(number)),
+          stored(component.isStored(number)) {}
+};
+
+void needExisting(Binding& binding, std::int32_t pid) {
+    if (binding->exists(pid)) return;
+    // Asked for its name, the component says in its own words what is wrong.
+    binding->name(pid);
+    binding.refuse("There is no parameter " + store::pidText(pid) + ".",
+                   "`vtdn params list` shows those that there are.");
+}
+
+}  // namespace
+
+ExitCode runParamsList(Context& context) {
+    const auto& operands = context.arguments.operands();
+    const std::string wanted = operands.empty() ? std::string() : operands[0];
+    Binding binding(context);
+    const auto rows = context.rows({{"pid", "PID"},
+                                    {"name", "Name"},
+                                    {"units", "Units"},
+                                    {"interval", "Interval", Column::Align::right},
+                                    {"format", "Format", Column::Align::right},
+                                    {"stored", "Stored"}});
+    std::size_t shown = 0;
+    for (const std::int32_t pid : binding.pids()) {
+        const Metadata m(*binding.operator->(), pid);
+        if (!holds(m.pid, wanted) && !holds(m.name, wanted) && !holds(m.units, wanted)) continue;
+        rows->row(
+            {m.pid, m.name, m.units, m.interval, m.format, Cell::flag(m.stored, m.stored ? "yes" : "no")});
+        ++shown;
+    }
+    rows->finish();
+    if (shown == 0)
+        context.console.error(wanted.empty()
+                                  ? "The site has no parameters; load some with `vtdn site import`."
+                                  : "No parameter has \"" + wanted + "\" in its PID, name or units.");
+    binding.report(false);
+    return ExitCode::done;
+}
+
+ExitCode runParamsShow(Context& context) {
+    std::vector<std::int32_t> pids;
+    for (const std::string& text : context.arguments.operands()) pids.push_back(pidArgument(text));
+    Binding binding(context);
+    const bool people = context.format() == Format::table;
+    const auto rows = people ? nullptr
+                             : context.rows({{"pid", ""},
+                                             {"name", ""},
+                                             {"units", ""},
+                                             {"interval", ""},
+                                             {"format", ""},
+                                             {"stored", ""}});
+    for (const std::int32_t pid : pids) {
+        needExisting(binding, pid);
+        const Metadata m(*binding.operator->(), pid);
+        if (rows) {
+            rows->row({m.pid, m.name, m.units, m.interval, m.format, Cell::flag(m.stored, {})});
+            continue;
+        }
+        context.console.out(m.pid + "  " + m.name + "\n  units     " + m.units + "\n  interval  " +
+                            m.interval + "\n  format    " + m.format + "\n  kind      " +
+                            (m.stored ? "stored in the database; can be written"
+                                      : "constant or computed; cannot be written") +
+                            "\n");
+    }
+    if (rows) rows->finish();
+    binding.report(false);
+    return ExitCode::done;
+}
+
+ExitCode runParamsUses(Context& context) {
+    const std::int32_t pid = pidArgument(context.arguments.operands()[0]);
+    Binding binding(context);
+    const auto used = binding->uses(pid);
+    if (!used)
+        binding.refuse("The component does not say what " + store::pidText(pid) + " uses.",
+                       "It does for parameters of time type 3 (the digit in the middle of the PID).");
+    const auto rows = context.rows({{"pid", "PID"}, {"name", "Name"}, {"kind", "Kind"}});
+    std::size_t shown = 0;
+    const auto list = [&](const std::string& pids, const char* kind) {
+        for (std::size_t start = 0; start < pids.size();) {
+            const std::size_t end = std::min(pids.find(';', start), pids.size());
+            const std::int32_t number = store::parsePid(pids.substr(start, end - start));
+            rows->row({store::pidText(number), binding->name(number), kind});
+            ++shown;
+            start = end + 1;
+        }
+    };
+    list(used->stored, "stored");
+    list(used->constant, "constant");
+    rows->finish();
+    if (shown == 0) context.console.error(store::pidText(pid) + " is computed from no other parameter.");
+    binding.report(false);
+    return ExitCode::done;
+}
+
+}  // namespace vtdn::client
