@@ -1,6 +1,7 @@
 #include "binding/problem_texts.h"
 
 #include <string_view>
+#include <utility>
 
 #include "common/digits.h"
 #include "common/pid.h"
