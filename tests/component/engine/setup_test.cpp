@@ -43,7 +43,7 @@ bool contains(const std::wstring& text, const wchar_t* part) {
     return text.find(part) != std::wstring::npos;
 }
 
-std::wstring textOf(const engine::Engine& engine, engine::SelectedDahs::TextProperty property) {
+std::wstring textOf(const engine::Engine& engine, engine::TextProperty<DISelectedDahs> property) {
     return std::wstring(engine.selectedDahs().text(property).view());
 }
 
