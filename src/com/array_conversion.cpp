@@ -51,7 +51,7 @@ SafeArray likeIt(const SAFEARRAY* array, VARTYPE type) noexcept {
     constexpr USHORT most = 60;
     SAFEARRAYBOUND bounds[most];
     const USHORT dims = array->cDims;
-    if (dims > most) return SafeArray();
+    if (dims > most || !canHold(type, elementCount(array))) return SafeArray();
     for (USHORT i = 0; i < dims; ++i) bounds[i] = array->rgsabound[dims - 1 - i];
     return SafeArray(SafeArrayCreate(type, dims, bounds));
 }

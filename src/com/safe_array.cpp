@@ -34,6 +34,10 @@ std::size_t elementSize(VARTYPE type) noexcept {
     }
 }
 
+bool canHold(VARTYPE type, std::size_t count) noexcept {
+    return count <= std::numeric_limits<ULONG>::max() / elementSize(type);
+}
+
 bool isFixed(const SAFEARRAY& array) noexcept {
     return (array.fFeatures & (FADF_AUTO | FADF_STATIC | FADF_EMBEDDED | FADF_FIXEDSIZE)) != 0;
 }
@@ -54,9 +58,7 @@ void needElementType(SAFEARRAY* array, VARTYPE type) {
 
 SafeArray SafeArray::create(VARTYPE type, LONG count) {
     if (count < 0) throwError(DISP_E_BADINDEX);
-    // Not every platform notices a size that wraps around.
-    if (static_cast<std::size_t>(count) > std::numeric_limits<std::size_t>::max() / elementSize(type))
-        throw std::bad_alloc();
+    if (!canHold(type, static_cast<std::size_t>(count))) throw std::bad_alloc();
     SAFEARRAYBOUND bound{static_cast<ULONG>(count), 0};
     SafeArray array(SafeArrayCreate(type, 1, &bound));
     if (!array.get()) throw std::bad_alloc();

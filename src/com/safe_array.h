@@ -51,6 +51,10 @@ Bounds bounds(SAFEARRAY* array);
 /// one.
 std::size_t elementSize(VARTYPE type) noexcept;
 
+/// Whether so many elements are an array at all: the platform counts bytes in 32 bits, and not every version
+/// of it notices when they wrap around.
+bool canHold(VARTYPE type, std::size_t count) noexcept;
+
 /// Whether the array's memory belongs to somebody who placed it: it cannot be freed, so it cannot be
 /// replaced.
 bool isFixed(const SAFEARRAY& array) noexcept;
