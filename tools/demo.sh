@@ -13,10 +13,12 @@ show() {
 }
 
 first_lines() {
-    local count=$1 rest
-    head -n "$count"
-    rest=$(wc -l)
-    [ "$rest" = 0 ] || say "  ... and $rest more lines"
+    awk -v count="$1" 'NR <= count; END { if (NR > count) print "  ... and " NR - count " more lines" }'
+}
+
+scene() {
+    say
+    step "$@"
 }
 
 play() {
@@ -30,32 +32,32 @@ play() {
     VANTOR_HOME=$(windows_path "$home")
     export VANTOR_HOME VANTOR_DAHS=1
 
-    step "What is installed, and which sites there are"
+    scene "What is installed, and which sites there are"
     show 0 doctor
     show 0 site list
 
-    step "The parameters of Barry unit 5"
+    scene "The parameters of Barry unit 5"
     show 0 params list | first_lines 24
     show 0 params show $sulfur
 
-    step "January 2007, hour by hour, with the monitor codes that say where each value comes from"
+    scene "January 2007, hour by hour, with the monitor codes that say where each value comes from"
     show 0 read $sulfur 5-050-3-00-00 --month 2007-01 | first_lines 14
     vtdn read $sulfur --month 2007-01 --csv >$month
     show 0 read $sulfur --month 2007-01 --plot "${month%.csv}.svg"
     say "The same month as a file and as a picture: $month, ${month%.csv}.svg"
 
-    step "Writing: a value with its code, then no value with a code that says why"
-    show 0 write $sulfur '2007-01-15 13:00' --value 5600.5 --mc 1
-    show 0 write $sulfur '2007-01-15 14:00' --null --mc 9
-    show 0 read $sulfur --from '2007-01-15 12:00' --count 4
+    scene "Writing: a value with its code, then no value with a code that says why"
+    show 0 write $sulfur '2007-01-10 13:00' --value 5600.5 --mc 1
+    show 0 write $sulfur '2007-01-10 14:00' --null --mc 9
+    show 0 read $sulfur --from '2007-01-10 12:00' --count 4
 
-    step "What the component refuses goes to its problems list"
-    show 1 write 9-999-3-00-00 '2007-01-15 13:00' --value 1
-    show 1 write $sulfur '2007-01-15 13:00' --value 1 --mc 999
-    show 1 write 5-041-3-02-00 '2007-01-15 13:00' --value 1
+    scene "What the component refuses goes to its problems list"
+    show 1 write 9-999-3-00-00 '2007-01-10 13:00' --value 1
+    show 1 write $sulfur '2007-01-10 13:00' --value 1 --mc 999
+    show 1 write 5-041-3-02-00 '2007-01-10 13:00' --value 1
     show 1 problems 9-999-3-00-00
 
-    step "Taking it down: the sites removed, the libraries unregistered"
+    scene "Taking it down: the sites removed, the libraries unregistered"
     show 0 site remove 2 --files --yes
     show 0 site remove 1 --files --yes
     register /u VTWrapDN.dll VTEngine.dll

@@ -6,7 +6,7 @@
 prepare_shell() {
     build win32 || exit 1
     register VTWrapDN.dll VTEngine.dll
-    [ -d build/shell-site ] || make_demo_site "$ROOT/build/shell-site"
+    [ -e build/shell-site/whole ] || make_demo_site "$ROOT/build/shell-site"
 }
 with_lock build/lock "Another ./run works in this clone; waiting for it." prepare_shell
 
