@@ -16,14 +16,14 @@ wchar_t* append(wchar_t* end, std::wstring_view text) noexcept {
 }  // namespace
 
 void ProblemsList::add(std::wstring_view timeStamp, std::wstring_view problem) {
-    constexpr std::wstring_view separator = L"\t(";
-    constexpr std::wstring_view behindStamp = L") ";
-    // Before the first entry there is no tab.
-    const auto before = separator.substr(size_ == 0 ? 1 : 0);
-    wchar_t* end = extend(before.size() + timeStamp.size() + behindStamp.size() + problem.size());
-    end = append(end, before);
+    const bool isFirst = size_ == 0;
+    constexpr std::size_t marks = 3;  // two brackets and a blank
+    wchar_t* end = extend(timeStamp.size() + problem.size() + marks + (isFirst ? 0 : 1));
+    if (!isFirst) *end++ = L'\t';
+    *end++ = L'(';
     end = append(end, timeStamp);
-    end = append(end, behindStamp);
+    *end++ = L')';
+    *end++ = L' ';
     append(end, problem);
 }
 

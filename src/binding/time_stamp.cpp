@@ -8,7 +8,8 @@
 namespace vtdn::binding {
 namespace {
 
-constexpr std::int64_t fileTimeUnitsPerSecond = 10'000'000;
+/// File times count tenths of a microsecond.
+constexpr std::uint64_t unitsPerSecond = 10'000'000;
 
 std::wstring separator(LCTYPE which) {
     wchar_t text[16];
@@ -39,16 +40,16 @@ std::wstring formatted(const SYSTEMTIME& time) {
 std::wstring_view TimeStamp::now() {
     FILETIME now;
     GetSystemTimeAsFileTime(&now);
-    const ULARGE_INTEGER units{{now.dwLowDateTime, now.dwHighDateTime}};
-    const auto second = static_cast<std::int64_t>(units.QuadPart) / fileTimeUnitsPerSecond;
-    if (second != second_) {
+    const std::uint64_t time = std::uint64_t{now.dwHighDateTime} << 32 | now.dwLowDateTime;
+    // Unsigned: a clock that was set back is far beyond the second, too.
+    if (time - second_ >= unitsPerSecond) {
         // The same moment in local time: asking for it again could answer with the next second.
         SYSTEMTIME utc;
         SYSTEMTIME local;
         if (!FileTimeToSystemTime(&now, &utc) || !SystemTimeToTzSpecificLocalTime(nullptr, &utc, &local))
             GetLocalTime(&local);
         text_ = formatted(local);
-        second_ = second;
+        second_ = time - time % unitsPerSecond;
     }
     return text_;
 }

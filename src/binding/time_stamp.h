@@ -15,7 +15,7 @@ class TimeStamp {
     [[nodiscard]] std::wstring_view now();
 
   private:
-    std::int64_t second_ = -1;  ///< the second of coordinated time that text_ stands for
+    std::uint64_t second_ = 0;  ///< file time at which the second began that text_ stands for
     std::wstring text_;
 };
 
