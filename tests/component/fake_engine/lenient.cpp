@@ -48,7 +48,12 @@ HRESULT textOut(std::wstring_view text, BSTR* out) {
 /// An interval of its own: a stored one that was fetched, or a new one.
 class DataItem final : public Member<EngineObject<DIDataArrayItem>> {
   public:
-    explicit DataItem(Site& site, Interval interval = {}) : Member(site), interval_(std::move(interval)) {}
+    explicit DataItem(Site& site) : Member(site) {}
+    /// Begins with a copy of a stored interval; fails when memory is short.
+    HRESULT copy(const Interval& interval) {
+        interval_.mc = interval.mc;
+        return copyVariant(interval_.value.receive(), interval.value.get());
+    }
 
     HRESULT STDMETHODCALLTYPE get_Value(VARIANT* result) override {
         VariantInit(result);
@@ -242,10 +247,12 @@ class Param final : public Member<EngineObject<DIParam>> {
     HRESULT STDMETHODCALLTYPE GetDataItem(DATE time, LONG, DIDataArrayItem** result) override {
         *result = nullptr;
         if (const HRESULT failed = tapped("DIParam.GetDataItem"); FAILED(failed)) return failed;
+        com::Ptr<DataItem> item(new DataItem(site()));
         const auto found = parameter_.stored.find(time);
-        com::Ptr<DIDataArrayItem> item(
-            new DataItem(site(), found == parameter_.stored.end() ? Interval{} : found->second));
-        item.detachTo(result);
+        if (found != parameter_.stored.end()) {
+            if (const HRESULT failed = item->copy(found->second); FAILED(failed)) return failed;
+        }
+        *result = item.detach();
         return S_OK;
     }
     HRESULT STDMETHODCALLTYPE ReadDataArray(DIDataArray* data) override {

@@ -104,24 +104,26 @@ class Scripted : public Base {
 
   protected:
     [[nodiscard]] const std::shared_ptr<Script>& script() const { return script_; }
-    const Answer& play(const std::string& member) const { return script_->play(joined({name_, member})); }
+    [[nodiscard]] Answer play(const std::string& member) const {
+        return script_->play(joined({name_, member}));
+    }
     [[nodiscard]] HRESULT done(const std::string& member) const { return play(member).result(); }
 
     HRESULT text(const char* member, BSTR* out) const {
         *out = nullptr;
-        const Answer& answer = play(member);
+        const Answer answer = play(member);
         if (FAILED(answer.result()) || answer.value().type() != VT_BSTR) return answer.result();
         *out = com::Bstr(com::view(answer.value().get().bstrVal)).detach();
         return S_OK;
     }
     HRESULT integer(const std::string& member, LONG* out) const {
-        const Answer& answer = play(member);
+        const Answer answer = play(member);
         if (FAILED(answer.result())) return answer.result();
         *out = answer.value().type() == VT_I4 ? answer.value().get().lVal : 0;
         return S_OK;
     }
     HRESULT yesOrNo(const std::string& member, VARIANT_BOOL* out) const {
-        const Answer& answer = play(member);
+        const Answer answer = play(member);
         if (FAILED(answer.result())) return answer.result();
         // A number is an engine's unusual True: any value but 0.
         *out = answer.value().type() == VT_I4
@@ -131,13 +133,13 @@ class Scripted : public Base {
     }
     HRESULT variant(const std::string& member, VARIANT* out) const {
         VariantInit(out);
-        const Answer& answer = play(member);
+        const Answer answer = play(member);
         return FAILED(answer.result()) ? answer.result() : copyVariant(out, answer.value().get());
     }
     template <class Class, class I, class... Arguments>
     HRESULT object(const std::string& member, I** out, std::string name) const {
         *out = nullptr;
-        const Answer& answer = play(member);
+        const Answer answer = play(member);
         if (FAILED(answer.result()) || !answer.hasObject()) return answer.result();
         com::Ptr<I>(new Class(script_, std::move(name))).detachTo(out);
         return S_OK;

@@ -3,8 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <charconv>
-#include <sstream>
 #include <utility>
 
 #include "com/error.h"
@@ -51,27 +49,22 @@ Answer&& Answer::during(std::function<void()> action) && {
     return std::move(*this);
 }
 
-const Answer& Script::play(const std::string& text) {
+Answer Script::play(const std::string& text) {
     while (!expected_.empty() && expected_.front().optional && expected_.front().text != text) {
         expected_.pop_front();
     }
     if (expected_.empty() || expected_.front().text != text) {
-        std::ostringstream report;
-        report << "Unexpected call: " << text
-               << "\n  expected: " << (expected_.empty() ? "no call" : expected_.front().text)
-               << "\n  calls before it:";
-        for (const Call& call : played_) report << "\n    " << call.text;
-        ADD_FAILURE() << report.str();
-        current_ = Answer::failure(E_UNEXPECTED, L"StrictEngine", L"unexpected call");
-        return current_;
+        ADD_FAILURE() << "Unexpected call: " << text
+                      << "\n  expected: " << (expected_.empty() ? "no call" : expected_.front().text)
+                      << played();
+        return Answer::failure(E_UNEXPECTED);
     }
-    current_ = expected_.front().answer;
-    played_.push_back(std::move(expected_.front()));
+    const Answer answer = std::move(expected_.front().answer);
     expected_.pop_front();
-    // The answer may be replaced by calls that the component makes meanwhile.
-    const Answer answer = current_;
+    played_.push_back(text);
+    // From here on the component may make further calls.
     for (const Answer::Message& message : answer.messages()) {
-        EXPECT_HRESULT_SUCCEEDED(sinks->raise(message.type, message.text, message.how));
+        EXPECT_TRUE(SUCCEEDED(sinks->raise(message.type, message.text, message.how)));
     }
     if (answer.action()) answer.action()();
     if (answer.errorInfo()) {
@@ -79,19 +72,21 @@ const Answer& Script::play(const std::string& text) {
                                              __uuidof(DIEngine));
         SetErrorInfo(0, info.get());
     }
-    current_ = answer;
-    return current_;
+    return answer;
+}
+
+std::string Script::played() const {
+    std::string text = "\n  calls so far:";
+    for (const std::string& call : played_) text += "\n    " + call;
+    return text;
 }
 
 void Script::verify() {
     while (!expected_.empty() && expected_.front().optional) expected_.pop_front();
     if (expected_.empty()) return;
-    std::ostringstream report;
-    report << "Calls that never came:";
-    for (const Call& call : expected_) report << "\n    " << call.text;
-    report << "\n  calls that did:";
-    for (const Call& call : played_) report << "\n    " << call.text;
-    ADD_FAILURE() << report.str();
+    std::string missing;
+    for (const Call& call : expected_) missing += "\n    " + call.text;
+    ADD_FAILURE() << "Calls that never came:" << missing << played();
     expected_.clear();
 }
 
@@ -106,7 +101,8 @@ void Script::died(const void* object) {
     const std::string name = found->name;
     alive_.erase(found);
     const auto begins = [&name](const std::string& beginning) { return name.starts_with(beginning); };
-    if (std::any_of(recordedReleases.begin(), recordedReleases.end(), begins)) play("release " + name);
+    if (std::any_of(recordedReleases.begin(), recordedReleases.end(), begins))
+        static_cast<void>(play("release " + name));
 }
 
 std::string Script::nameOf(const void* object) const {

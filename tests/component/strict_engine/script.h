@@ -16,8 +16,8 @@ class Script {
     void verify();
 
     /// Plays one call: compares it with the script, raises the events of its answer and sets its error info.
-    /// The answer is valid until the next call. A call that is not expected fails with E_UNEXPECTED.
-    const Answer& play(const std::string& text);
+    /// A call that is not expected fails with E_UNEXPECTED.
+    Answer play(const std::string& text);
 
     void born(const void* object, const std::string& name);
     void died(const void* object);
@@ -31,15 +31,17 @@ class Script {
     [[nodiscard]] std::size_t mostAlive() const { return mostAlive_; }
 
   private:
+    /// The calls so far, for a report.
+    [[nodiscard]] std::string played() const;
+
     struct Alive {
         const void* object;
         std::string name;
     };
     std::deque<Call> expected_;
-    std::vector<Call> played_;
+    std::vector<std::string> played_;
     std::vector<Alive> alive_;
     std::size_t mostAlive_ = 0;
-    Answer current_;
 };
 
 /// The engine classes, whose calls go to the script.

@@ -1,0 +1,203 @@
+#include "failures/operations.h"
+
+#include <ostream>
+#include <tuple>
+#include <type_traits>
+
+#include "com/strings.h"
+#include "support/array.h"
+#include "support/client.h"
+
+namespace vtdn::test {
+
+namespace {
+
+using com::Bstr;
+
+constexpr LONG pid = 530001;
+constexpr DATE when = 39448.25;
+
+std::wstring shown(VARIANT_BOOL value) {
+    return value ? L"True" : L"False";
+}
+std::wstring shown(LONG value) {
+    return std::to_wstring(value);
+}
+std::wstring shown(BSTR value) {
+    return L"'" + std::wstring(com::view(value)) + L"'";
+}
+template <class T>
+std::wstring shown(const Array<T>& array) {
+    if (!array.get()) return L"no array";
+    std::wstring text = L"[" + std::to_wstring(array.lower()) + L"..:";
+    for (const auto& value : array.values()) {
+        if constexpr (std::is_same_v<T, BSTR>) {
+            text += L" '" + value + L"'";
+        } else {
+            text += L" " + std::to_wstring(value);
+        }
+    }
+    if (array.get()->cLocks != 0) text += L" locked";
+    return text + L"]";
+}
+
+/// A call with a result; `outputs` shows the by-reference arguments afterwards.
+template <class... P, class... A>
+Outcome outcome(_DIWrapper& wrapper, const Around& around, Member<P...> member, A... arguments) {
+    using Result = std::remove_pointer_t<std::tuple_element_t<sizeof...(P) - 1, std::tuple<P...>>>;
+    Result result{};
+    Outcome all;
+    around.before();
+    all.result = (wrapper.*member)(arguments..., &result);
+    around.after();
+    all.text = shown(result);
+    if constexpr (std::is_same_v<Result, BSTR>) SysFreeString(result);
+    return all;
+}
+
+/// A row for a member that takes plain arguments only.
+template <class... P, class... A>
+Operation plain(const char* name, Member<P...> member, A... arguments) {
+    return {name, [=](_DIWrapper& wrapper, const Around& around) {
+                return outcome(wrapper, around, member, arguments...);
+            }};
+}
+
+template <class M>
+Operation getter(const char* name, M member) {
+    return plain(name, member);
+}
+
+template <class M, class... A>
+Operation setUp(const char* name, M member, A... arguments) {
+    Operation operation = plain(name, member, arguments...);
+    operation.setsUp = true;
+    return operation;
+}
+
+/// Two arrays of wrong bounds and one of the right ones.
+template <class T, class M>
+Operation arrayRead(const char* name, M member, Failing failing) {
+    return {name,
+            [member](_DIWrapper& wrapper, const Around& around) {
+                const Bstr type(L"1h");
+                Array<T> values(1, 2);
+                Array<LONG> mcs(0, 4);
+                Array<VARIANT_BOOL> flags(-3, 5);
+                Outcome all;
+                if constexpr (std::is_same_v<T, BSTR>) {
+                    all = outcome(wrapper, around, member, pid, when, LONG{4}, type.get(), LONG{1},
+                                  values.inOut(), mcs.inOut());
+                } else {
+                    all = outcome(wrapper, around, member, pid, when, LONG{4}, type.get(), LONG{1},
+                                  values.inOut(), mcs.inOut(), flags.inOut());
+                }
+                all.text += shown(values) + shown(mcs) + shown(flags);
+                return all;
+            },
+            failing};
+}
+
+const Bstr app(L"App");
+const Bstr text(L"text");
+
+}  // namespace
+
+void PrintTo(const Operation& operation, std::ostream* out) {
+    *out << operation.name;
+}
+
+const std::vector<Operation>& operations() {
+    static const std::vector<Operation> all = {
+        setUp("Setup", &_DIWrapper::Setup, LONG{5}),
+        setUp("Setup3", &_DIWrapper::Setup3, LONG{5}, app.get()),
+        setUp("Setup2", &_DIWrapper::Setup2, text.get(), text.get(), text.get(), text.get(), text.get(),
+              text.get()),
+        setUp("Setup4", &_DIWrapper::Setup4, text.get(), text.get(), text.get(), text.get(), text.get(),
+              text.get(), app.get()),
+        {"Teardown",
+         [](_DIWrapper& wrapper, const Around& around) {
+             around.before();
+             const HRESULT result = wrapper.Teardown();
+             around.after();
+             return Outcome{result, L""};
+         },
+         Failing::untrapped, false, true},
+        getter("SelectedDahs_VantorDir", &_DIWrapper::SelectedDahs_VantorDir),
+        getter("SelectedDahs_VantorSystemDir", &_DIWrapper::SelectedDahs_VantorSystemDir),
+        getter("SelectedDahs_AlarmConnection", &_DIWrapper::SelectedDahs_AlarmConnection),
+        getter("SelectedDahs_ConfigConnection", &_DIWrapper::SelectedDahs_ConfigConnection),
+        getter("SelectedDahs_DahsCompleteName", &_DIWrapper::SelectedDahs_DahsCompleteName),
+        getter("SelectedDahs_DahsID", &_DIWrapper::SelectedDahs_DahsID),
+        getter("SelectedDahs_DataConnection", &_DIWrapper::SelectedDahs_DataConnection),
+        getter("SelectedDahs_RealtimeConnection", &_DIWrapper::SelectedDahs_RealtimeConnection),
+        getter("SelectedDahs_DataShortTermConnection", &_DIWrapper::SelectedDahs_DataShortTermConnection),
+        getter("SelectedDahs_SiteID", &_DIWrapper::SelectedDahs_SiteID),
+        getter("GetAndClearProblemsList", &_DIWrapper::GetAndClearProblemsList),
+        plain("Param_DoesExist", &_DIWrapper::Param_DoesExist, pid),
+        plain("Param_IsDBDataIO", &_DIWrapper::Param_IsDBDataIO, pid),
+        plain("Param_Fmt", &_DIWrapper::Param_Fmt, pid),
+        plain("Param_IntervalType", &_DIWrapper::Param_IntervalType, pid),
+        plain("Param_MeasUnits", &_DIWrapper::Param_MeasUnits, pid),
+        plain("Param_Name", &_DIWrapper::Param_Name, pid),
+        {"Param_FindPIDsUsedByPID",
+         [](_DIWrapper& wrapper, const Around& around) {
+             BSTR editable = SysAllocString(L"old");
+             BSTR constant = SysAllocString(L"old");
+             Outcome end =
+                 outcome(wrapper, around, &_DIWrapper::Param_FindPIDsUsedByPID, pid, &editable, &constant);
+             end.text += shown(editable) + shown(constant);
+             SysFreeString(editable);
+             SysFreeString(constant);
+             return end;
+         }},
+        {"Param_GetData_String",
+         [](_DIWrapper& wrapper, const Around& around) {
+             BSTR value = SysAllocString(L"old");
+             LONG mc = 99;
+             Outcome end =
+                 outcome(wrapper, around, &_DIWrapper::Param_GetData_String, pid, when, &value, &mc);
+             end.text += shown(value) + shown(mc);
+             SysFreeString(value);
+             return end;
+         },
+         Failing::trapped},
+        arrayRead<LONG>("Param_GetDataArray_Integer", &_DIWrapper::Param_GetDataArray_Integer,
+                        Failing::numberReads),
+        arrayRead<float>("Param_GetDataArray_Single", &_DIWrapper::Param_GetDataArray_Single,
+                         Failing::numberReads),
+        arrayRead<BSTR>("Param_GetDataArray_String", &_DIWrapper::Param_GetDataArray_String,
+                        Failing::textReads),
+        plain("Param_WriteMC", &_DIWrapper::Param_WriteMC, pid, when, LONG{5}),
+        plain("Param_WriteValue_Null", &_DIWrapper::Param_WriteValue_Null, pid, when),
+        plain("Param_WriteValue_Integer", &_DIWrapper::Param_WriteValue_Integer, pid, when, LONG{7}),
+        plain("Param_WriteValue_Single", &_DIWrapper::Param_WriteValue_Single, pid, when, 7.5f),
+        plain("Param_WriteValue_String", &_DIWrapper::Param_WriteValue_String, pid, when, text.get()),
+        plain("Param_WriteVMC_Null", &_DIWrapper::Param_WriteVMC_Null, pid, when, LONG{5}),
+        plain("Param_WriteVMC_Integer", &_DIWrapper::Param_WriteVMC_Integer, pid, when, LONG{7}, LONG{5}),
+        plain("Param_WriteVMC_Single", &_DIWrapper::Param_WriteVMC_Single, pid, when, 7.5f, LONG{5}),
+        plain("Param_WriteVMC_String", &_DIWrapper::Param_WriteVMC_String, pid, when, 7.5f, LONG{5}),
+    };
+    return all;
+}
+
+void furnish(fake::Site& site) {
+    const auto value = [](LONG number) { return fake::Interval{com::Variant::of(number), number}; };
+    fake::Parameter& parameter = site.parameters[pid];
+    parameter.name = L"Flow";
+    parameter.format = L"0.0";
+    parameter.intervalType = L"1h";
+    parameter.units = L"scfh";
+    parameter.usedPids = L"530002,530003,530004";
+    // A text, so that strings travel both ways; every value is numeric, so that each is read twice.
+    parameter.run = {value(1), {com::Variant::of(L"2"), 2}, value(3), value(4)};
+    parameter.stored[when] = {com::Variant::of(L"12.5"), 5};
+    site.parameters[530002].ioType = 38;
+    site.parameters[530003].ioType = 4;
+    site.parameters[530004].ioType = 1;
+    site.parameters[530004].usedPids = L"530002";
+    site.knownMcs = {5};
+    site.siteId = L"S1";
+}
+
+}  // namespace vtdn::test
