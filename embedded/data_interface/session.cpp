@@ -17,7 +17,7 @@ constexpr std::array<store::DatabaseKind, 5> siteDatabases{
 void Session::setUp(store::Dahs dahs) {
     store::Site opened(dahs.connections, dahs.site_id);
     dahs.site_id = opened.siteId();
-    binding_.emplace(std::move(dahs), std::move(opened));
+    binding_ = Binding{std::move(dahs), std::move(opened)};
     std::wstring readOnly;
     for (const store::DatabaseKind kind : siteDatabases) {
         const store::Database& database = binding_->site.database(kind);

@@ -54,9 +54,11 @@ store::Item contentsOf(DIDataArrayItem& item) {
 
 com::Variant writeDataItem(Session& session, store::Pid pid, Arguments arguments) {
     // All that can leave the engine comes before the site is touched.
-    const auto [time, item] = session.reporting([&] {
-        const store::Time at = timeIn(arguments[0]);
-        return std::pair(at, contentsOf(*dataItemIn(arguments[1]).get()));
+    store::Time time = 0;
+    store::Item item;
+    session.reporting([&] {
+        time = timeIn(arguments[0]);
+        item = contentsOf(*dataItemIn(arguments[1]).get());
     });
     session.onSite([&](store::Site& site) { site.write(pid, time, {item}); });
     return com::Variant::ofBool(true);

@@ -173,7 +173,7 @@ class OnEngine : public OnSite {
     /// A data array placed and filled.
     [[nodiscard]] engine::DataArray readRun(LONG pid, DATE start, LONG count, std::wstring_view type,
                                             LONG length) const {
-        const auto data = engine::DataArray::create();
+        auto data = engine::DataArray::create();
         data.define(start, count, com::Bstr(type), length);
         param(pid).readDataArray(data);
         return data;

@@ -4,8 +4,6 @@
 
 #include "on_engine.h"
 
-using testing::Test;
-
 namespace vtdn::embedded::test {
 namespace {
 
