@@ -110,16 +110,19 @@ class Frame {
 
     Held& hold(const Parameter& parameter, VARTYPE type) noexcept {
         Held& held = held_[heldCount_++];
-        std::memset(&held, 0, sizeof held);
         held.value.vt = type;
+        held.value.llVal = 0;
         held.parameter = &parameter;
+        held.variable = nullptr;
+        held.array = nullptr;
+        held.reference = nullptr;
         held.owned = true;
         return held;
     }
 
     void push(CallWord word) noexcept { words_[wordCount_++] = word; }
     void pushPointer(const void* pointer) noexcept { push(reinterpret_cast<CallWord>(pointer)); }
-    void pushValue(const VARIANT& value, VARTYPE type) noexcept;
+    void pushValue(const VARIANT& value, const Parameter& parameter) noexcept;
     void pushVariant(const Parameter& parameter, const VARIANT& value) noexcept;
     /// The address of what a by-reference parameter of this type points to.
     void pushContent(const Parameter& parameter, VARIANT& value) noexcept {
@@ -146,21 +149,21 @@ class Frame {
     Held held_[2 * DispatchTable::maxParameters + 1];  // a default text takes two
 };
 
-void Frame::pushValue(const VARIANT& value, VARTYPE type) noexcept {
-    switch (elementSize(type)) {
-        case 1:
-            push(type == VT_I1 ? static_cast<CallWord>(static_cast<signed char>(value.cVal)) : value.bVal);
-            break;
-        case 2:
-            push(type == VT_UI2 ? value.uiVal : static_cast<CallWord>(value.iVal));
-            break;
-        case 4:
-            push(value.ulVal);
-            break;
-        default:
-            std::memcpy(words_ + wordCount_, &value.ullVal, sizeof value.ullVal);
-            wordCount_ += sizeof value.ullVal / sizeof(CallWord);
-            break;
+inline void Frame::pushValue(const VARIANT& value, const Parameter& parameter) noexcept {
+    if (parameter.size == sizeof(CallWord)) {
+        CallWord word;
+        std::memcpy(&word, &value.llVal, sizeof word);
+        push(word);
+    } else if (parameter.size > sizeof(CallWord)) {
+        std::memcpy(words_ + wordCount_, &value.llVal, sizeof value.llVal);
+        wordCount_ += sizeof value.llVal / sizeof(CallWord);
+    } else if (parameter.size == sizeof value.iVal) {
+        push(parameter.type == VT_UI2 ? value.uiVal : static_cast<CallWord>(value.iVal));
+    } else if (parameter.size == sizeof value.bVal) {
+        push(parameter.type == VT_I1 ? static_cast<CallWord>(static_cast<signed char>(value.cVal))
+                                     : value.bVal);
+    } else {
+        push(value.ulVal);
     }
 }
 
@@ -225,7 +228,7 @@ HRESULT Frame::takeOne(const Parameter& parameter, VARIANT* argument) noexcept {
     if (!argument) return takeMissing(parameter);
     if (!parameter.byRef) {
         if (argument->vt == parameter.type && parameter.shape == Shape::value) [[likely]] {
-            pushValue(*argument, parameter.type);
+            pushValue(*argument, parameter);
             return S_OK;
         }
         if (isMissing(*argument) && (parameter.shape != Shape::variant || parameter.hasDefault))
@@ -277,12 +280,12 @@ HRESULT Frame::takeValue(const Parameter& parameter, const VARIANT& value) noexc
                                   (!value.punkVal || parameter.iid == IID_IDispatch)
                             : value.vt == parameter.fullType();
     if (asItIs) {
-        pushValue(value, value.vt);
+        pushValue(value, parameter);
         return S_OK;
     }
     Held& held = hold(parameter, VT_EMPTY);
     const HRESULT result = convertIn(parameter, value, held.value);
-    pushValue(held.value, parameter.fullType());
+    pushValue(held.value, parameter);
     return result;
 }
 
@@ -420,7 +423,7 @@ HRESULT DispatchTable::invoke(void* object, DISPID id, REFIID iid, WORD flags, c
         return E_INVALIDARG;
     const Member* member = find(id, flags);
     if (!member) return DISP_E_MEMBERNOTFOUND;
-    if (result) VariantInit(result);
+    if (result) result->vt = VT_EMPTY;
 
     Frame frame(*member);
     const HRESULT taken = frame.take(*arguments, badArgument);

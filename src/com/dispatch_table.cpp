@@ -5,6 +5,7 @@
 
 #include "com/error.h"
 #include "com/ptr.h"
+#include "com/safe_array.h"
 #include "com/strings.h"
 
 namespace vtdn::com {
@@ -79,6 +80,7 @@ class TypeReader {
         const unsigned own = leaf(info, type);
         if (pointers_ < own || pointers_ > own + 1) throwError(DISP_E_BADVARTYPE);
         parameter_.byRef = pointers_ == own + 1;
+        parameter_.size = static_cast<std::uint8_t>(elementSize(parameter_.fullType()));
     }
 
   private:

@@ -40,6 +40,7 @@ struct Parameter {
     VARTYPE type =
         VT_EMPTY;         ///< of the value or the elements; VT_DISPATCH or VT_UNKNOWN for interface pointers
     IID iid = GUID_NULL;  ///< of the pointers
+    std::uint8_t size = 0;  ///< bytes of the type
     bool byRef = false;
     bool in = false;
     bool optional = false;
