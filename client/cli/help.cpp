@@ -96,7 +96,7 @@ std::string overviewText(std::span<const VerbSpec> verbs, std::size_t width) {
                {{"vtdn doctor", "says what is installed, what is wrong and how to mend it"},
                 {"vtdn site import FOLDER", "loads a plant from a folder of CSV files"},
                 {"vtdn params list", "shows what is measured there"},
-                {"vtdn read PID --day 2007-01-15", "shows a day of it"}},
+                {"vtdn read PID --day 2007-01-08", "shows a day of it"}},
                width);
     out += "\nExit codes\n";
     twoColumns(out,
@@ -108,8 +108,8 @@ std::string overviewText(std::span<const VerbSpec> verbs, std::size_t width) {
                width);
     out += "\n";
     wrap(out,
-         "A PID is typed as 5-040-3-00-00 or 504030000, a time as 2007-01-15, \"2007-01-15 13:00\" or "
-         "2007-01-15T13:00:30, in the site's local standard time.",
+         "A PID is typed as 5-040-3-00-00 or 504030000, a time as 2007-01-08, \"2007-01-08 13:00\" or "
+         "2007-01-08T13:00:30, in the site's local standard time.",
          0, width, 0);
     return out;
 }

@@ -91,9 +91,9 @@ class Drawing {
 class CodeMarks {
   public:
     CodeMarks(const PlotSeries& series, const std::optional<std::set<std::int32_t>>& normal) {
-        std::map<std::int32_t, std::size_t> counts;
+        std::map<std::int32_t, std::size_t> counts;  // intervals with a value, by code
         for (const PlotPoint& point : series.points)
-            if (point.value || point.code != 0) ++counts[point.code];
+            if (point.value || point.code != 0) counts[point.code] += point.value ? 1 : 0;
         if (normal) {
             normal_ = *normal;
         } else if (!counts.empty()) {
@@ -110,6 +110,12 @@ class CodeMarks {
         return found == colours_.end() ? std::string_view() : found->second;
     }
     [[nodiscard]] const std::map<std::int32_t, std::string_view>& colours() const { return colours_; }
+    /// The codes that are not marked, in words.
+    [[nodiscard]] std::string normal() const {
+        std::string text;
+        for (const std::int32_t code : normal_) text += (text.empty() ? "" : ", ") + std::to_string(code);
+        return text;
+    }
 
   private:
     static std::string_view colour(std::size_t i) { return codeColours[std::min(i, codeColours.size() - 1)]; }
@@ -250,9 +256,10 @@ void drawTimeAxis(Drawing& drawing, const Panel& panel) {
 }
 
 void drawLegend(Drawing& drawing, double y, const CodeMarks& marks) {
+    const std::string title = "Monitor codes other than " + marks.normal() + ":";
     double x = left;
-    drawing.text(x, y, "start", "tick", "Monitor code");
-    x += 86;
+    drawing.text(x, y, "start", "tick", title);
+    x += 16 + 6.4 * static_cast<double>(title.size());
     for (const auto& [code, colour] : marks.colours()) {
         const std::string label = std::to_string(code);
         if (x + 24 + 8 * static_cast<double>(label.size()) > pageWidth - right) {

@@ -84,6 +84,14 @@ std::vector<std::int32_t> Binding::pids() {
     return pids;
 }
 
+void Binding::needParameter(std::int32_t pid) {
+    if (component_.exists(pid)) return;
+    // Asked for its name, the component says in its own words what is wrong.
+    component_.name(pid);
+    refuse("There is no parameter " + store::pidText(pid) + ".",
+           "`vtdn params list` shows those that there are.");
+}
+
 void Binding::report(bool refused) {
     const auto problems = component_.takeProblems();
     for (const std::string& problem : problems) context_.console.error("Problem: " + problem);

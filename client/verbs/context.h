@@ -35,9 +35,13 @@ class Binding {
     explicit Binding(Context& context);
 
     Component* operator->() { return &component_; }
+    Component& component() { return component_; }
     [[nodiscard]] std::int32_t dahsId() const { return dahsId_; }
     /// PIDs of all parameters, ascending.
     std::vector<std::int32_t> pids();
+
+    /// Ends the verb when there is no such parameter.
+    void needParameter(std::int32_t pid);
 
     /// Prints the problems list when a call was refused, or when --problems asks for it.
     void report(bool refused);

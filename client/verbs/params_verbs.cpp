@@ -32,14 +32,6 @@ struct Metadata {
           stored(component.isStored(number)) {}
 };
 
-void needExisting(Binding& binding, std::int32_t pid) {
-    if (binding->exists(pid)) return;
-    // Asked for its name, the component says in its own words what is wrong.
-    binding->name(pid);
-    binding.refuse("There is no parameter " + store::pidText(pid) + ".",
-                   "`vtdn params list` shows those that there are.");
-}
-
 }  // namespace
 
 ExitCode runParamsList(Context& context) {
@@ -54,7 +46,7 @@ ExitCode runParamsList(Context& context) {
                                     {"stored", "Stored"}});
     std::size_t shown = 0;
     for (const std::int32_t pid : binding.pids()) {
-        const Metadata m(*binding.operator->(), pid);
+        const Metadata m(binding.component(), pid);
         if (!holds(m.pid, wanted) && !holds(m.name, wanted) && !holds(m.units, wanted)) continue;
         rows->row(
             {m.pid, m.name, m.units, m.interval, m.format, Cell::flag(m.stored, m.stored ? "yes" : "no")});
@@ -82,8 +74,8 @@ ExitCode runParamsShow(Context& context) {
                                              {"format", ""},
                                              {"stored", ""}});
     for (const std::int32_t pid : pids) {
-        needExisting(binding, pid);
-        const Metadata m(*binding.operator->(), pid);
+        binding.needParameter(pid);
+        const Metadata m(binding.component(), pid);
         if (rows) {
             rows->row({m.pid, m.name, m.units, m.interval, m.format, Cell::flag(m.stored, {})});
             continue;

@@ -42,7 +42,7 @@ ExitCode runProblems(Context& context) {
     take({});
     for (const std::int32_t pid : pids) {
         try {
-            askAll(*binding.operator->(), pid, time);
+            askAll(binding.component(), pid, time);
         } catch (const com::Error& error) {
             rows->row({store::pidText(pid), describe(error)});
             ++found;

@@ -18,6 +18,9 @@ namespace {
 // So many intervals are in memory at once.
 constexpr std::int32_t piece = 20'000;
 
+// Bytes of names in the title of a chart; what is longer would not fit on the page.
+constexpr std::size_t longestTitle = 70;
+
 struct Subject {
     std::int32_t pid;
     std::string text;  ///< the PID in display form
@@ -37,11 +40,9 @@ std::vector<Subject> subjectsOf(const Context& context, Binding& binding) {
         if (std::any_of(subjects.begin(), subjects.end(), [pid](const Subject& s) { return s.pid == pid; }))
             throw Failure(ExitCode::usage, store::pidText(pid) + " was given twice.",
                           "Name each parameter once.");
+        binding.needParameter(pid);
         subjects.push_back(
             {pid, store::pidText(pid), binding->name(pid), binding->units(pid), binding->format(pid)});
-        if (!binding->exists(pid))
-            binding.refuse("There is no parameter " + store::pidText(pid) + ".",
-                           "`vtdn params list` shows those that there are.");
     }
     return subjects;
 }
@@ -100,10 +101,6 @@ void readAll(Binding& binding, const std::vector<Subject>& subjects, const ReadR
 
 void writeRows(const Context& context, Binding& binding, const std::vector<Subject>& subjects,
                const ReadRange& range) {
-    if (context.format() == Format::table) {
-        for (const Subject& subject : subjects) context.console.out(headingOf(subject) + "\n");
-        context.console.out("\n");
-    }
     std::vector<Column> columns{{"time", "Time"}};
     for (const Subject& subject : subjects) {
         columns.push_back({subject.text, subject.text, Column::Align::right});
@@ -122,6 +119,11 @@ void writeRows(const Context& context, Binding& binding, const std::vector<Subje
         }
         rows->row(cells);
     });
+    if (context.format() == Format::table) {
+        // The table comes with finish(): nothing has been written when a read failed.
+        for (const Subject& subject : subjects) context.console.out(headingOf(subject) + "\n");
+        context.console.out("\n");
+    }
     rows->finish();
 }
 
@@ -143,10 +145,11 @@ void writePlot(const Context& context, Binding& binding, const std::vector<Subje
     plot.start = range.start;
     plot.interval = range.interval;
     plot.normalCodes = normalCodes(context.arguments);
-    plot.title = (subjects.size() == 1 ? subjects[0].name + " (" + subjects[0].text + ")"
-                                       : std::to_string(subjects.size()) + " parameters") +
-                 ", " + timestampText(range.start, false) + " to " +
-                 timestampText(range.interval.step(range.start, range.count), false);
+    for (const Subject& subject : subjects)
+        plot.title += (plot.title.empty() ? "" : "; ") + subject.text + " " + subject.name;
+    if (plot.title.size() > longestTitle) plot.title = std::to_string(subjects.size()) + " parameters";
+    plot.title += ", " + timestampText(range.start, false) + " to " +
+                  timestampText(range.interval.step(range.start, range.count), false);
     for (const Subject& subject : subjects) plot.series.push_back({subject.name, subject.units, {}});
     readAll(binding, subjects, range, [&](store::Time, const std::vector<Reading*>& row) {
         for (std::size_t i = 0; i < row.size(); ++i)

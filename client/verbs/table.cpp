@@ -138,13 +138,13 @@ VerbSpec read() {
         "Reads values and monitor codes: one interval, or a run of them.",
         {{"PID", "One or more parameters, as 5-040-3-00-00 or 504030000.", true, true}},
         withCommon(
-            {{"--at", "TIME", "One interval, the one that begins at this time.", "--at \"2007-01-15 13:00\""},
-             {"--day", "DATE", "All intervals of a day.", "--day 2007-01-15"},
+            {{"--at", "TIME", "One interval, the one that begins at this time.", "--at \"2007-01-08 13:00\""},
+             {"--day", "DATE", "All intervals of a day.", "--day 2007-01-08"},
              {"--month", "MONTH", "All intervals of a month.", "--month 2007-01"},
-             {"--from", "TIME", "The first interval of a run.", "--from \"2007-01-15 13:00\""},
+             {"--from", "TIME", "The first interval of a run.", "--from \"2007-01-08 13:00\""},
              {"--to", "TIME", "Where the run ends; an interval that begins then is not part of it.",
-              "--from 2007-01-15 --to 2007-01-17"},
-             {"--count", "N", "How many intervals the run has.", "--from 2007-01-15 --count 24"},
+              "--from 2007-01-08 --to 2007-01-10"},
+             {"--count", "N", "How many intervals the run has.", "--from 2007-01-08 --count 24"},
              {"--interval", "LENGTH",
               "Length of the intervals: a count and s, m, h, d or M (month). That of the parameter when it "
               "is not "
@@ -165,8 +165,8 @@ VerbSpec read() {
          "format; CSV and JSON have them in full. The CSV of whole runs is a file of values as `vtdn site "
          "import` "
          "reads it."},
-        {{"vtdn read 5-040-3-00-00 --at \"2007-01-15 13:00\"", "One hour."},
-         {"vtdn read 5-040-3-00-00 5-050-3-00-00 --day 2007-01-15", "A day of two parameters, side by side."},
+        {{"vtdn read 5-040-3-00-00 --at \"2007-01-08 13:00\"", "One hour."},
+         {"vtdn read 5-040-3-00-00 5-050-3-00-00 --day 2007-01-08", "A day of two parameters, side by side."},
          {"vtdn read 5-040-3-00-00 --month 2007-01 --csv > january.csv", "A month for a spreadsheet."},
          {"vtdn read 5-040-3-00-00 --month 2007-01 --plot january.svg", "A picture of it."},
          {"vtdn read 5-040-3-00-00 --from 2007-01-01 --count 31 --interval 1d", "Days instead of hours."}}};
@@ -177,7 +177,7 @@ VerbSpec write() {
         "write",
         "Writes the value, the monitor code, or both, of one interval.",
         {{"PID", "The parameter, as 5-040-3-00-00 or 504030000. Only stored ones can be written."},
-         {"TIME", "Beginning of the interval, as \"2007-01-15 13:00\" or 2007-01-15T13:00."}},
+         {"TIME", "Beginning of the interval, as \"2007-01-08 13:00\" or 2007-01-08T13:00."}},
         withCommon(
             {{"--value", "NUMBER",
               "The value. Without --mc the stored monitor code is kept. A number with a point is stored in "
@@ -191,9 +191,9 @@ VerbSpec write() {
         {"Prints what stood there before and what stands there now. When the component refuses, its problems "
          "go to "
          "standard error and the exit code is 1."},
-        {{"vtdn write 5-040-3-00-00 \"2007-01-15 13:00\" --value 5680.7 --mc 1", "Value and monitor code."},
-         {"vtdn write 5-040-3-00-00 2007-01-15T13:00 --mc 1", "The monitor code alone."},
-         {"vtdn write 5-040-3-00-00 2007-01-15T13:00 --null --mc 9",
+        {{"vtdn write 5-040-3-00-00 \"2007-01-08 13:00\" --value 5680.7 --mc 1", "Value and monitor code."},
+         {"vtdn write 5-040-3-00-00 2007-01-08T13:00 --mc 1", "The monitor code alone."},
+         {"vtdn write 5-040-3-00-00 2007-01-08T13:00 --null --mc 9",
           "No value, with a code that says why."}}};
 }
 
@@ -203,7 +203,7 @@ VerbSpec problemsVerb() {
         "Binds to a DAHS, asks about every parameter, and prints what the component and its engine report "
         "meanwhile.",
         {{"PID", "Only these parameters.", false, true}},
-        {{"--at", "TIME", "Also reads the interval of each parameter that begins then.", "--at 2007-01-15"},
+        {{"--at", "TIME", "Also reads the interval of each parameter that begins then.", "--at 2007-01-08"},
          csv,
          json,
          dahs},

@@ -81,13 +81,15 @@ TEST(Plot, TheLineBreaksWhereThereIsNoValue) {
 
 TEST(Plot, OtherCodesThanTheUsualOneAreMarked) {
     const std::string svg = plotSvg(hourly({{1, 1}, {2, 1}, {3, 1}, {4, 2}, {{}, 9}, {{}, 0}}));
-    EXPECT_EQ(countOf(svg, "Monitor code"), 1u);
+    EXPECT_EQ(countOf(svg, "Monitor codes other than"), 1u);
     EXPECT_EQ(countOf(svg, ">2</text>"), 2u);  // a tick of the value axis and the legend
     EXPECT_EQ(countOf(svg, ">9</text>"), 1u);
     EXPECT_EQ(countOf(svg, "<circle"), 1u);  // the value with code 2
+    // The usual code is that of the values, however many intervals have none.
+    EXPECT_NE(plotSvg(hourly({{1, 2}, {{}, 9}, {{}, 9}})).find("other than 2:"), std::string::npos);
     Plot quiet = hourly({{1, 1}, {2, 2}});
     quiet.normalCodes = {1, 2};
-    EXPECT_EQ(countOf(plotSvg(quiet), "Monitor code"), 0u);
+    EXPECT_EQ(countOf(plotSvg(quiet), "Monitor codes other than"), 0u);
 }
 
 TEST(Plot, SaysTitleUnitsAndWhenThereIsNothing) {
