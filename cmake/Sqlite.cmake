@@ -16,6 +16,9 @@ target_compile_definitions(
             SQLITE_OMIT_LOAD_EXTENSION
             SQLITE_OMIT_DEPRECATED
             SQLITE_OMIT_SHARED_CACHE
+            # Long values come out of the page cache like short ones: by default each of their pages is read from
+            # the file again.
+            SQLITE_DIRECT_OVERFLOW_READ=0
             # Overlapped file handles make reads under Wine 4 to 10 times slower and are of use only to
             # programs that share a handle between processes.
             $<$<BOOL:${WIN32}>:SQLITE_WIN32_NO_OVERLAPPED>)

@@ -38,6 +38,9 @@ std::wstring formatted(const SYSTEMTIME& time) {
 }  // namespace
 
 std::wstring_view TimeStamp::now() {
+    // Asked first because it is no more than a look into memory.
+    const ULONGLONG tick = GetTickCount64();
+    if (tick == tick_ && !text_.empty()) return text_;
     FILETIME now;
     GetSystemTimeAsFileTime(&now);
     const std::uint64_t time = std::uint64_t{now.dwHighDateTime} << 32 | now.dwLowDateTime;
@@ -51,6 +54,7 @@ std::wstring_view TimeStamp::now() {
         text_ = formatted(local);
         second_ = time - time % unitsPerSecond;
     }
+    tick_ = tick;
     return text_;
 }
 

@@ -15,6 +15,7 @@ class TimeStamp {
     [[nodiscard]] std::wstring_view now();
 
   private:
+    std::uint64_t tick_ = 0;    ///< the system's tick in which text_ was last found right
     std::uint64_t second_ = 0;  ///< file time at which the second began that text_ stands for
     std::wstring text_;
 };

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <type_traits>
 #include <utility>
 
 #include "params/elements.h"
@@ -35,7 +36,13 @@ class Numbers {
     }
     template <class Number>
     void copy(std::size_t i, const Number* numbers, std::size_t count) {
-        for (std::size_t k = 0; k < count; ++k) set(i + k, toElement(numbers[k], values_[i + k]));
+        if constexpr (std::is_same_v<Number, T> && std::is_floating_point_v<T>) {
+            // Every single is one as it stands: the bulk of what is read.
+            std::copy_n(numbers, count, values_.begin() + i);
+            std::fill_n(nonNumeric_.begin() + i, count, VARIANT_FALSE);
+        } else {
+            for (std::size_t k = 0; k < count; ++k) set(i + k, toElement(numbers[k], values_[i + k]));
+        }
     }
     void copy(std::size_t i, std::nullptr_t, std::size_t count) {
         for (std::size_t k = 0; k < count; ++k) set(i + k, false);
