@@ -1,4 +1,4 @@
-// Reads the hourly SO2 mass emissions of January 2007 from the demo site and sums them up.
+// Reads the hourly SO2 mass emissions of October 2007 from the demo site and sums them up.
 // VTWrapperDN.h is what the interface compiler makes of typelib/VTWrapperDN.idl.
 
 #include <windows.h>
@@ -15,7 +15,7 @@ namespace {
 constexpr LONG dahs = 1;
 constexpr LONG so2Mass = 504030000;  // 5-040-3-00-00, lb/hr
 constexpr LONG hours = 31 * 24;
-constexpr DATE january2007 = 39083.0;
+constexpr DATE october2007 = 39356.0;
 
 int failed(const char* what, HRESULT result) {
     IErrorInfo* info = nullptr;
@@ -48,7 +48,7 @@ int sumUp(_DIWrapper* wrapper) {
     SAFEARRAY* codes = SafeArrayCreateVector(VT_I4, 0, hours);
     SAFEARRAY* missing = SafeArrayCreateVector(VT_BOOL, 0, hours);
     BSTR hour = SysAllocString(L"h");
-    result = wrapper->Param_GetDataArray_Single(so2Mass, january2007, hours, hour, 1, &values, &codes,
+    result = wrapper->Param_GetDataArray_Single(so2Mass, october2007, hours, hour, 1, &values, &codes,
                                                 &missing, &done);
     SysFreeString(hour);
 

@@ -1,4 +1,4 @@
-// Reads the hourly SO2 mass emissions of January 2007 from the demo site and sums them up.
+// Reads the hourly SO2 mass emissions of October 2007 from the demo site and sums them up.
 
 using System;
 using System.Runtime.InteropServices;
@@ -25,7 +25,7 @@ internal static class ReadAMonth
             var values = new float[hours];
             var codes = new int[hours];
             var missing = new bool[hours];
-            if (!wrapper.Param_GetDataArray_Single(So2Mass, new DateTime(2007, 1, 1), hours, "h", 1,
+            if (!wrapper.Param_GetDataArray_Single(So2Mass, new DateTime(2007, 10, 1), hours, "h", 1,
                                                    ref values, ref codes, ref missing))
             {
                 Console.Error.WriteLine("Not read: " + wrapper.GetAndClearProblemsList());

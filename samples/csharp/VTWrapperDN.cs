@@ -9,6 +9,9 @@
 using System;
 using System.Runtime.InteropServices;
 
+// One release of the runtime calls dual interfaces obsolete; they work there as everywhere.
+#pragma warning disable CS0618
+
 namespace VTWrapperDN
 {
     /// <summary>Access to the data of one DAHS: binding, problems list, parameters.</summary>

@@ -1,4 +1,4 @@
-' Reads the hourly SO2 mass emissions of January 2007 from the demo site and sums them up.
+' Reads the hourly SO2 mass emissions of October 2007 from the demo site and sums them up.
 ' Run with the 32-bit script host: cscript //nologo read_a_month.vbs
 Option Explicit
 
@@ -20,7 +20,7 @@ hours = 31 * 24
 ReDim values(hours - 1)
 ReDim codes(hours - 1)
 ReDim missing(hours - 1)
-If Not wrapper.Param_GetDataArray_Single(So2Mass, DateSerial(2007, 1, 1), hours, "h", 1, values, codes, missing) Then
+If Not wrapper.Param_GetDataArray_Single(So2Mass, DateSerial(2007, 10, 1), hours, "h", 1, values, codes, missing) Then
     WScript.Echo "Not read: " & wrapper.GetAndClearProblemsList()
     wrapper.Teardown
     WScript.Quit 1

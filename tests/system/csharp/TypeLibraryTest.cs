@@ -1,0 +1,129 @@
+// Holds samples/csharp/VTWrapperDN.cs against the type library inside the component: every interface, member,
+// dispatch id, argument and class, in order.
+
+using System;
+using System.Collections.Generic;
+using System.Linq;
+using System.Reflection;
+using System.Runtime.InteropServices;
+using System.Runtime.InteropServices.ComTypes;
+
+internal static class TypeLibraryTest
+{
+    [DllImport("oleaut32.dll", CharSet = CharSet.Unicode, PreserveSig = false)]
+    private static extern void LoadTypeLibEx(string file, int registration, out ITypeLib library);
+
+    public static void Run(string componentPath)
+    {
+        Tally.Test("the C# declarations equal the type library", () =>
+        {
+            LoadTypeLibEx(componentPath, 2 /* do not register */, out ITypeLib library);
+            List<string> expected = OfLibrary(library).ToList();
+            List<string> actual = OfDeclarations().ToList();
+            Tally.True(expected.Count > 30, "the type library lists only " + expected.Count + " declarations");
+            foreach (string line in expected.Except(actual)) Console.WriteLine("      only in the type library: " + line);
+            foreach (string line in actual.Except(expected)) Console.WriteLine("      only in the C# file: " + line);
+            Tally.True(expected.SequenceEqual(actual), "they differ");
+        });
+    }
+
+    private static IEnumerable<string> OfLibrary(ITypeLib library)
+    {
+        var lines = new SortedDictionary<string, List<string>>(StringComparer.Ordinal);
+        for (int i = 0; i < library.GetTypeInfoCount(); i++)
+        {
+            library.GetTypeInfo(i, out ITypeInfo type);
+            TYPEATTR attributes = Attributes(type);
+            type.GetDocumentation(-1, out string name, out _, out _, out _);
+            var members = new List<string>();
+            if (attributes.typekind == TYPEKIND.TKIND_DISPATCH)
+            {
+                type.GetRefTypeOfImplType(-1, out int reference);
+                type.GetRefTypeInfo(reference, out ITypeInfo vtable);
+                members.Add("interface " + name + " " + attributes.guid);
+                for (int f = 0; f < Attributes(vtable).cFuncs; f++) members.Add(Member(vtable, f));
+            }
+            else if (attributes.typekind == TYPEKIND.TKIND_COCLASS)
+            {
+                members.Add("class " + name + " " + attributes.guid);
+            }
+            if (members.Count > 0) lines[name] = members;
+        }
+        return lines.Values.SelectMany(l => l);
+    }
+
+    private static TYPEATTR Attributes(ITypeInfo type)
+    {
+        type.GetTypeAttr(out IntPtr pointer);
+        var attributes = Marshal.PtrToStructure<TYPEATTR>(pointer);
+        type.ReleaseTypeAttr(pointer);
+        return attributes;
+    }
+
+    private static string Member(ITypeInfo type, int index)
+    {
+        type.GetFuncDesc(index, out IntPtr pointer);
+        var function = Marshal.PtrToStructure<FUNCDESC>(pointer);
+        var names = new string[function.cParams + 1];
+        type.GetNames(function.memid, names, names.Length, out _);
+        string result = "void";
+        var arguments = new List<string>();
+        for (int i = 0; i < function.cParams; i++)
+        {
+            var element = Marshal.PtrToStructure<ELEMDESC>(function.lprgelemdescParam + i * Marshal.SizeOf<ELEMDESC>());
+            string text = TypeText(element.tdesc);
+            if ((element.desc.paramdesc.wParamFlags & PARAMFLAG.PARAMFLAG_FRETVAL) != 0)
+                result = text.Substring("ref ".Length);
+            else
+                arguments.Add(text + " " + names[i + 1]);
+        }
+        type.ReleaseFuncDesc(pointer);
+        return string.Format("{0} {1} {2}({3})", function.memid, result, names[0], string.Join(", ", arguments));
+    }
+
+    private static string TypeText(TYPEDESC type)
+    {
+        switch ((VarEnum)type.vt)
+        {
+            case VarEnum.VT_PTR: return "ref " + TypeText(Marshal.PtrToStructure<TYPEDESC>(type.lpValue));
+            case VarEnum.VT_SAFEARRAY: return TypeText(Marshal.PtrToStructure<TYPEDESC>(type.lpValue)) + "[]";
+            default: return ((VarEnum)type.vt).ToString();
+        }
+    }
+
+    private static IEnumerable<string> OfDeclarations()
+    {
+        IEnumerable<Type> types = Assembly.GetExecutingAssembly().GetTypes().Where(t => t.IsImport && t.Namespace == "VTWrapperDN");
+        foreach (Type type in types.OrderBy(t => t.Name, StringComparer.Ordinal))
+        {
+            yield return (type.IsInterface ? "interface " : "class ") + type.Name + " " + type.GUID;
+            if (!type.IsInterface) continue;
+            foreach (MethodInfo method in type.GetMethods().OrderBy(m => m.MetadataToken))
+                yield return string.Format("{0} {1} {2}({3})", method.GetCustomAttribute<DispIdAttribute>().Value,
+                                           method.ReturnType == typeof(void) ? "void" : ClrText(method.ReturnParameter),
+                                           method.Name, string.Join(", ", method.GetParameters().Select(Argument)));
+        }
+    }
+
+    private static string Argument(ParameterInfo parameter) => ClrText(parameter) + " " + parameter.Name;
+
+    // What the runtime's marshaller makes of a declared parameter.
+    private static string ClrText(ParameterInfo parameter)
+    {
+        Type type = parameter.ParameterType;
+        if (type.IsByRef) return "ref " + Element(type.GetElementType(), parameter);
+        return Element(type, parameter);
+    }
+
+    private static string Element(Type type, ParameterInfo parameter)
+    {
+        var marshal = parameter.GetCustomAttribute<MarshalAsAttribute>();
+        if (type.IsArray) return (marshal.Value == UnmanagedType.SafeArray ? marshal.SafeArraySubType.ToString() : "no safe array") + "[]";
+        if (type == typeof(string)) return marshal != null && marshal.Value == UnmanagedType.BStr ? "VT_BSTR" : "no BSTR";
+        if (type == typeof(int)) return "VT_I4";
+        if (type == typeof(float)) return "VT_R4";
+        if (type == typeof(bool)) return "VT_BOOL";
+        if (type == typeof(DateTime)) return "VT_DATE";
+        return type.Name;
+    }
+}

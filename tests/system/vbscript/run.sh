@@ -1,0 +1,7 @@
+#!/usr/bin/env bash
+# The component from the script host.
+. "$(dirname "${BASH_SOURCE[0]}")/../lib.sh"
+prepare_demo
+"$VTDN_RUN" cscript //nologo "$(windows_path "$VTDN_SOURCE/samples/vbscript/read_a_month.vbs")" |
+    tee /dev/stderr | grep -q '^SO2 mass of Barry (ORIS 3).* lb in all'
+"$VTDN_RUN" cscript //nologo "$(windows_path "$VTDN_SOURCE/tests/system/vbscript/clients.vbs")"
