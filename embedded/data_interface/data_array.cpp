@@ -1,7 +1,6 @@
 #include "data_interface/data_array.h"
 
 #include <string>
-#include <utility>
 
 #include "com/strings.h"
 #include "data_interface/data_array_item.h"
@@ -21,7 +20,7 @@ HRESULT DataArray::Define(DATE periodStart, LONG count, BSTR intervalType, LONG 
         } catch (const store::Error& error) {
             throwRefusal(error);
         }
-        empty();
+        clear();
     });
 }
 
@@ -29,7 +28,8 @@ HRESULT DataArray::Item(LONG index, DIDataArrayItem** result) noexcept {
     return com::guard(errorSource, __uuidof(DIDataArray), [&] {
         com::needPointers(result);
         *result = nullptr;
-        *result = com::make<DataArrayItem>(run_->item(position(index))).detach();
+        const std::int32_t at = position(index);
+        *result = com::make<DataArrayItem>(run_ ? run_->item(at) : store::Item{}).detach();
     });
 }
 
@@ -37,8 +37,9 @@ HRESULT DataArray::GetRun(LONG index, DIDataRun* run) noexcept {
     // Not guarded: nothing in here can throw, and whoever asks is in a loop.
     if (run == nullptr) return E_POINTER;
     *run = {};
-    if (index < 1 || index > run_->count()) return E_INVALIDARG;
-    *run = stretchAt(*run_, index - 1);
+    if (index < 1 || !span_ || index > span_->count) return E_INVALIDARG;
+    *run = run_ ? stretchAt(*run_, index - 1)
+                : DIDataRun{span_->count - (index - 1), VT_NULL, nullptr, nullptr, 0};
     return S_OK;
 }
 
@@ -46,12 +47,6 @@ const store::Span& DataArray::span() const {
     if (!span_)
         com::throwError(com::unsetObject, L"The data array has no place in time yet. Call its Define first.");
     return *span_;
-}
-
-void DataArray::empty() {
-    auto nulls = std::make_shared<store::Run>();
-    nulls->finish(span_->count);
-    run_ = std::move(nulls);
 }
 
 std::int32_t DataArray::position(LONG index) const {

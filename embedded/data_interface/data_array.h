@@ -5,6 +5,7 @@
 
 #include <memory>
 #include <optional>
+#include <utility>
 
 #include "com/object.h"
 #include "engine/data_array_runs.h"
@@ -37,24 +38,17 @@ class DataArray final : public com::Object<DataArray, DIDataArray, DIDataArrayRu
 
     /// Where the run is placed. Throws error 91 before Define.
     [[nodiscard]] const store::Span& span() const;
-    /// Fills the array with the run that `read` brings for its span. When `read` throws, the items are Null.
-    template <class Read>
-    void fill(Read&& read) {
-        try {
-            run_ = read(span());
-        } catch (...) {
-            empty();
-            throw;
-        }
-    }
+    /// The items are Null with code 0 again.
+    void clear() noexcept { run_.reset(); }
+    /// Takes over what was read for span().
+    void hold(std::shared_ptr<const store::Run> run) noexcept { run_ = std::move(run); }
 
   private:
-    void empty();
     /// Counted from 0. Throws error 9 for an index that is not from 1 to the count.
     [[nodiscard]] std::int32_t position(LONG index) const;
 
     std::optional<store::Span> span_;
-    std::shared_ptr<const store::Run> run_ = std::make_shared<store::Run>();
+    std::shared_ptr<const store::Run> run_;  // null until the array is filled
 };
 
 }  // namespace vtdn::embedded

@@ -80,11 +80,14 @@ HRESULT Param::ReadDataArray(DIDataArray* data) noexcept {
             return found;
         });
         session_->onSite([&](store::Site& site) {
-            own->dataArray().fill([&](const store::Span& span) {
-                auto run = site.borrowRun();
-                site.read(pid_, span, *run);
-                return run;
-            });
+            DataArray& array = own->dataArray();
+            const store::Span& span = array.span();
+            // Cleared first: what the array gives back is what is borrowed here, and what stays when the read
+            // fails.
+            array.clear();
+            const std::shared_ptr<store::Run> run = site.borrowRun();
+            site.read(pid_, span, *run);
+            array.hold(run);
         });
     });
 }
