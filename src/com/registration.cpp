@@ -40,7 +40,7 @@ class Key {
     /// A null name means the key's own value.
     void set(const wchar_t* name, const std::wstring& value) const {
         checkRegistry(RegSetValueExW(key_, name, 0, REG_SZ, reinterpret_cast<const BYTE*>(value.c_str()),
-                                     static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t))));
+                                     (static_cast<DWORD>(value.size()) + 1) * DWORD{sizeof(wchar_t)}));
     }
     /// The value of the key `path` below; empty when there is none.
     [[nodiscard]] std::wstring read(const std::wstring& path) const {
@@ -197,16 +197,18 @@ constexpr const wchar_t* source = L"Registration";
 }  // namespace
 
 HRESULT registerServer(std::span<const ClassEntry> classes, Scope scope) noexcept {
-    return guard(source, IID_NULL, [&] {
+    return guard(source, IID_NULL, [&]() -> HRESULT {
         const Registration registration(classes, scope);
         try {
             registration.write();
+            return S_OK;
         } catch (...) {
             const HRESULT failure = currentExceptionToResult(source, IID_NULL);
             const Error error = lastError(failure);
             // What cannot be taken out either is of no interest beside the failure itself.
             static_cast<void>(guard(source, IID_NULL, [&] { registration.remove(true); }));
-            throw error;
+            SetErrorInfo(0, error.info().get());
+            return failure;
         }
     });
 }

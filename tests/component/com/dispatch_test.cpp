@@ -23,6 +23,7 @@ class Dispatch : public testing::Test {
 
     HRESULT idsOf(std::vector<std::wstring> names, std::vector<DISPID>& ids) {
         std::vector<LPOLESTR> pointers;
+        pointers.reserve(names.size());
         for (std::wstring& name : names) pointers.push_back(name.data());
         ids.assign(names.size(), 12345);
         return dual()->GetIDsOfNames(IID_NULL, pointers.data(), static_cast<UINT>(pointers.size()), 0,

@@ -187,7 +187,7 @@ TEST(Bstr, KeepsEveryCharacter) {
     const com::Bstr bstr(text);
     EXPECT_EQ(bstr.view(), text);
     EXPECT_EQ(SysStringLen(bstr.get()), 7U);
-    const com::Bstr copy = bstr;
+    const com::Bstr copy(bstr);  // NOLINT(performance-unnecessary-copy-initialization): what is tested
     EXPECT_EQ(copy.view(), text);
     EXPECT_NE(copy.get(), bstr.get());
 }
