@@ -1,5 +1,7 @@
 # ./run test: builds the three presets, runs all suites and checks, and prints the count as its last line.
 # shellcheck shell=bash disable=SC2034,SC2154
+# shellcheck source=count.sh
+. tools/count.sh
 
 passed=0 failed=0 troubles=()
 
@@ -12,28 +14,6 @@ count() {
         troubles+=("$1${5:+ (all of its output: $5)}")
     fi
     printf '  %s %-44s %5d passed %4d failed %5d s\n' "$mark" "$1" "$2" "$3" "$4"
-}
-
-# GoogleTest says how many tests it runs and, if it lives to the end, how many passed. What it announced and did
-# not pass has failed; so has a program that announces nothing.
-count_gtest() {
-    local log=$1 status=$2 announced
-    announced=$(sed -n 's/^\[==========\] Running \([0-9]*\) tests\{0,1\} from.*/\1/p' "$log" | head -n 1)
-    ok=$(sed -n 's/^\[  PASSED  \] \([0-9]*\) tests\{0,1\}\..*/\1/p' "$log" | tail -n 1)
-    [ -n "$ok" ] || ok=$(grep -c '^\[       OK \]' "$log" || true)
-    bad=$((${announced:-0} - ok))
-    if [ $bad -le 0 ] && { [ "$status" != 0 ] || [ "$ok" = 0 ]; }; then
-        bad=1
-    fi
-}
-
-# Any other suite ends with its own count.
-count_script() {
-    local log=$1 status=$2
-    read -r ok bad < <(tail -n 1 "$log" | sed -n 's/^\([0-9]*\) passed, \([0-9]*\) failed$/\1 \2/p') || ok=0 bad=1
-    if [ "$bad" = 0 ] && { [ "$status" != 0 ] || [ "$ok" = 0 ]; }; then
-        bad=1
-    fi
 }
 
 # run_suite PRESET KIND NAME COMMAND...
