@@ -50,6 +50,12 @@ Directory Directory::openOrCreate(std::string_view home) {
 }
 
 Directory Directory::open(std::string_view home) {
+    std::error_code ignored;
+    if (!std::filesystem::exists(pathOf(fileIn(home)), ignored))
+        throw Error(ErrorKind::databaseMissing,
+                    "There is no DAHS directory: the file " + quote(fileIn(home)) +
+                        " does not exist. Make a site with `vtdn site create`, or "
+                        "set VANTOR_HOME to the folder that has the directory.");
     return Directory(openDatabase(DatabaseKind::directory, fileIn(home)));
 }
 
