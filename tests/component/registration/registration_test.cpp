@@ -379,6 +379,8 @@ class Image {
         return all;
     }
 
+    [[nodiscard]] WORD characteristics() const { return headers_->OptionalHeader.DllCharacteristics; }
+
   private:
     template <class T>
     [[nodiscard]] const T* at(DWORD offset) const {
@@ -401,9 +403,16 @@ TEST(File, ExportsExactlyTheFiveEntryPointsUndecorated) {
 TEST(File, ImportsOnlyWhatEveryWindowsHas) {
     const std::set<std::string> system = {"advapi32.dll", "kernel32.dll", "msvcrt.dll",  "ole32.dll",
                                           "oleaut32.dll", "user32.dll",   "ucrtbase.dll"};
-    for (const std::string& name : Image().imports()) {
+    const auto imports = Image().imports();
+    for (const std::string& name : imports) {
         EXPECT_TRUE(system.contains(name) || name.starts_with("api-ms-win-")) << name;
     }
+    EXPECT_TRUE(imports.contains("oleaut32.dll")) << "automation comes from the platform";
+}
+
+TEST(File, CanBeLoadedAnywhereAndHasNoExecutableData) {
+    constexpr WORD wanted = IMAGE_DLLCHARACTERISTICS_DYNAMIC_BASE | IMAGE_DLLCHARACTERISTICS_NX_COMPAT;
+    EXPECT_EQ(Image().characteristics() & wanted, wanted);
 }
 
 TEST(File, HasAVersionAndTheFlagOfSelfRegistration) {
