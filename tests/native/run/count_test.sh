@@ -38,6 +38,9 @@ expect "one fails and the exit code hides it" gtest 0 1 1 <<<"$one_fails"
 expect "one is skipped" gtest 0 1 1 <<<"${all_pass/PASSED  ] 2 tests/PASSED  ] 1 test}"
 expect "a crash in the second test" gtest 139 1 1 < <(head -n 4 <<<"$all_pass")
 expect "a quiet exit in the second test" gtest 0 1 1 < <(head -n 4 <<<"$all_pass")
+expect "a crash after a program with tests of its own" gtest 139 3 2 < <(
+    printf '[==========] Running 5 tests from 1 test suite.\n[       OK ] A.A (0 ms)\n%s\n' "${all_pass/Lists.Sort (0/A.B (0}"
+)
 expect "no test at all" gtest 0 0 1 <<<"${all_pass//2 tests/0 tests}"
 expect "nothing printed" gtest 0 0 1 </dev/null
 expect "the program is not there" gtest 0 0 1 <<<"x.exe was not built"
