@@ -536,8 +536,8 @@ TYPED_TEST(ReadArrays, ACountBelowZeroReachesTheEngineAndThenCannotBeDimensioned
     }
 }
 
+#ifndef _WIN64  // a 64-bit process may have the memory
 TYPED_TEST(ReadArrays, AnAbsurdCountRunsOutOfMemoryAndLeavesTheArraysWhole) {
-    if (sizeof(void*) > 4) GTEST_SKIP() << "a 64-bit process may have the memory";
     this->setUpClient();
     for (const LONG count : {0x7FFFFFFFL, 0x40000001L, 0x3FFFFFFFL}) {
         Arrays<TypeParam> arrays(2);
@@ -549,6 +549,7 @@ TYPED_TEST(ReadArrays, AnAbsurdCountRunsOutOfMemoryAndLeavesTheArraysWhole) {
         EXPECT_EQ(arrays.values.values(), (std::vector{this->other(), this->other()}));
     }
 }
+#endif
 
 TYPED_TEST(ReadArrays, ACountThatTheEngineRefusesIsTheEnginesError) {
     this->setUpClient();
