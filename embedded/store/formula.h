@@ -3,7 +3,7 @@
 //   expression  = sum [ ("<" | "<=" | ">" | ">=" | "=" | "<>") sum ]      1 when it holds, otherwise 0
 //   sum         = product { ("+" | "-") product }
 //   product     = sign { ("*" | "/") sign }
-//   sign        = [ "+" | "-" ] sign | primary
+//   sign        = { "+" | "-" } primary
 //   primary     = number | "(" expression ")" | parameter | function "(" expression { "," expression } ")"
 //   parameter   = "[" PID "]" | "P(" PID ")"                              a PID in display form or as a
 //   number function    = abs | sqrt | min | max | if                             names in any case

@@ -205,18 +205,28 @@ void SeriesStore::Appender::append(Time time, Item item) {
                                                timeText(key_.interval.begin(*last_)) +
                                                ". Values are loaded in ascending order of time.");
     const auto chunk = chunkOfIndex(index);
-    if (items_.empty() || chunk != chunk_) {
+    if (count_ == 0 || chunk != chunk_) {
         finish();
-        items_ = store_.loadChunk(key_, series_, chunk);
+        items_ = emptyChunk();
+        given_.assign(items_.size(), false);
         chunk_ = chunk;
     }
-    items_[static_cast<std::size_t>(index - chunk * slotsPerChunk)] = std::move(item);
+    const auto slot = static_cast<std::size_t>(index - chunk * slotsPerChunk);
+    items_[slot] = std::move(item);
+    given_[slot] = true;
+    ++count_;
     last_ = index;
 }
 
 void SeriesStore::Appender::finish() {
-    if (!items_.empty()) store_.storeChunk(series_, chunk_, items_);
-    items_.clear();
+    if (count_ == 0) return;
+    if (count_ < slotsPerChunk) {
+        const std::vector<Item> stored = store_.loadChunk(key_, series_, chunk_);
+        for (std::size_t i = 0; i < items_.size(); ++i)
+            if (!given_[i]) items_[i] = stored[i];
+    }
+    store_.storeChunk(series_, chunk_, items_);
+    count_ = 0;
 }
 
 std::vector<std::string> SeriesStore::check() {

@@ -66,7 +66,9 @@ class SeriesStore {
         std::int64_t series_;
         std::int64_t chunk_ = 0;
         std::optional<std::int64_t> last_;  // index of the interval appended last
-        std::vector<Item> items_;
+        std::vector<Item> items_;           // of the chunk that is being filled
+        std::vector<bool> given_;           // which of them were appended
+        std::int32_t count_ = 0;            // how many
     };
 
     /// Reads every chunk and returns a sentence for each one that is damaged.

@@ -191,6 +191,22 @@ TEST(Series, AnAppenderMergesWithWhatIsThereAndRefusesTimesThatGoBack) {
     EXPECT_EQ(s.series.read(minutes, day + secondsPerDay), (Item{3, 3}));
 }
 
+TEST(Series, AnAppenderThatGivesAWholeChunkMendsADamagedOne) {
+    Stored s;
+    s.series.write(minutes, day, {{1.5F, 1}});
+    s.db.execute("UPDATE chunk SET data = x'00'");
+    Transaction transaction(s.db);
+    SeriesStore::Appender part(s.series, minutes);
+    part.append(day, {2.5F, 2});
+    expectError(ErrorKind::databaseDamaged, [&] { part.finish(); });
+    SeriesStore::Appender whole(s.series, minutes);
+    for (int i = 0; i < slotsPerChunk; ++i) whole.append(day + i * 60, {2.5F, 2});
+    whole.finish();
+    transaction.commit();
+    EXPECT_TRUE(s.series.check().empty());
+    EXPECT_EQ(s.series.read(minutes, day), (Item{2.5F, 2}));
+}
+
 TEST(Series, DamageIsReportedWithParameterAndPeriodAndLeavesTheRestReadable) {
     Stored s;
     for (int i = 0; i < 3; ++i) s.series.write(minutes, day + i * secondsPerDay, {{1.5F, i + 1}});
