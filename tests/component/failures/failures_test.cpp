@@ -237,7 +237,22 @@ struct Number {
     const wchar_t* description;
 };
 
-TEST(FailureNumbers, AFailureWithoutErrorInfoKeepsItsResultAndHasItsNumbersOwnTextOrNone) {
+/// A client that is set up over an engine whose next call can be made to fail.
+class FailureNumbers : public testing::Test {
+  protected:
+    FailureNumbers() {
+        furnish(site);
+        site.tap = &tap;
+        EXPECT_TRUE(client.setup());
+    }
+
+    fake::Site site;
+    FailingCall tap;
+    const fake::LenientServer server{site};
+    const Client client;
+};
+
+TEST_F(FailureNumbers, AFailureWithoutErrorInfoKeepsItsResultAndHasItsNumbersOwnTextOrNone) {
     const Number numbers[] = {
         {static_cast<HRESULT>(0x800A005B), L"Object variable or With block variable not set"},
         {static_cast<HRESULT>(0x800A000D), L"Type mismatch"},
@@ -255,13 +270,6 @@ TEST(FailureNumbers, AFailureWithoutErrorInfoKeepsItsResultAndHasItsNumbersOwnTe
         {E_FAIL, L"Automation error"},
         {RPC_E_DISCONNECTED, L"Automation error"},
     };
-    fake::Site site;
-    furnish(site);
-    FailingCall tap;
-    site.tap = &tap;
-    const fake::LenientServer server(site);
-    const Client client;
-    ASSERT_TRUE(client.setup());
     for (const auto& [result, description] : numbers) {
         tap.arm(1, result, false);
         const Failure failure = client.failure(&_DIWrapper::Param_Name, 530001);
@@ -273,14 +281,7 @@ TEST(FailureNumbers, AFailureWithoutErrorInfoKeepsItsResultAndHasItsNumbersOwnTe
     }
 }
 
-TEST(FailureNumbers, ALateBoundClientSeesTheEnginesFailureToo) {
-    fake::Site site;
-    furnish(site);
-    FailingCall tap;
-    site.tap = &tap;
-    const fake::LenientServer server(site);
-    const Client client;
-    ASSERT_TRUE(client.setup());
+TEST_F(FailureNumbers, ALateBoundClientSeesTheEnginesFailureToo) {
     VARIANT pid{};
     pid.vt = VT_I4;
     pid.lVal = 530001;

@@ -232,23 +232,24 @@ TEST(References, InterfacesOfAWrapperCanBeReleasedInAnyOrder) {
     EXPECT_EQ(site.closes, 0);
 }
 
-TEST(References, TheEngineDoesNotKeepTheWrapperAlive) {
+/// A library of its own with one wrapper that is set up.
+class SetUpWrapper : public testing::Test {
+  protected:
+    SetUpWrapper() { EXPECT_TRUE(client.setup()); }
+
     fake::Site site;
-    const fake::LenientServer server(site);
-    const Component library(componentPath());
-    Client client(library.create<_DIWrapper>(CLSID_DIWrapper));
-    EXPECT_TRUE(client.setup());
+    const fake::LenientServer server{site};
+    const Component library{componentPath()};
+    Client client{library.create<_DIWrapper>(CLSID_DIWrapper)};
+};
+
+TEST_F(SetUpWrapper, TheEngineDoesNotKeepTheWrapperAlive) {
     EXPECT_EQ(site.sinks->count(), 1U);
     client.release();  // expects the count to reach zero
     EXPECT_EQ(site.sinks->count(), 0U);
 }
 
-TEST(References, ReleasingASetUpWrapperDoesNotCloseItsEngine) {
-    fake::Site site;
-    const fake::LenientServer server(site);
-    const Component library(componentPath());
-    Client client(library.create<_DIWrapper>(CLSID_DIWrapper));
-    EXPECT_TRUE(client.setup());
+TEST_F(SetUpWrapper, ReleasingASetUpWrapperDoesNotCloseItsEngine) {
     client.release();
     EXPECT_EQ(site.closes, 0);
     EXPECT_EQ(site.objects, 0);
@@ -256,12 +257,7 @@ TEST(References, ReleasingASetUpWrapperDoesNotCloseItsEngine) {
 
 /// An engine that keeps a reference to its sink beyond the disconnection, as an engine in the middle of
 /// raising an event does.
-TEST(References, EventsAfterTheWrappersEndDoNothing) {
-    fake::Site site;
-    const fake::LenientServer server(site);
-    const Component library(componentPath());
-    Client client(library.create<_DIWrapper>(CLSID_DIWrapper));
-    EXPECT_TRUE(client.setup());
+TEST_F(SetUpWrapper, EventsAfterTheWrappersEndDoNothing) {
     const fake::Sinks kept = *site.sinks;
     ASSERT_EQ(kept.count(), 1U);
     client.release();
@@ -271,12 +267,7 @@ TEST(References, EventsAfterTheWrappersEndDoNothing) {
     EXPECT_EQ(library.canUnloadNow(), S_FALSE) << "the engine still holds the sink";
 }
 
-TEST(References, EventsAfterTeardownDoNothing) {
-    fake::Site site;
-    const fake::LenientServer server(site);
-    const Component library(componentPath());
-    const Client client(library.create<_DIWrapper>(CLSID_DIWrapper));
-    EXPECT_TRUE(client.setup());
+TEST_F(SetUpWrapper, EventsAfterTeardownDoNothing) {
     const fake::Sinks kept = *site.sinks;
     client.teardown();
     static_cast<void>(kept.raise(1, L"too late"));
@@ -293,14 +284,9 @@ class ReleaseInCall : public fake::Tap {
     _DIWrapper* release = nullptr;
 };
 
-TEST(References, AClientMayReleaseTheWrapperInTheMiddleOfItsTeardown) {
-    fake::Site site;
+TEST_F(SetUpWrapper, AClientMayReleaseTheWrapperInTheMiddleOfItsTeardown) {
     ReleaseInCall tap;
     site.tap = &tap;
-    const fake::LenientServer server(site);
-    const Component library(componentPath());
-    Client client(library.create<_DIWrapper>(CLSID_DIWrapper));
-    EXPECT_TRUE(client.setup());
     client->AddRef();
     tap.release = client.get();
     client.teardown();
