@@ -4,6 +4,8 @@
 set -u
 export VTDN_WINEPREFIX=$VTDN_BUILD/own-prefix
 mkdir -p "$VTDN_WINEPREFIX"
+# Made before the program starts: a program that has to wait for its prefix can lose its server.
+[ -f "$VTDN_WINEPREFIX/system.reg" ] || "$VTDN_RUN" wineboot -i
 out=$("$VTDN_RUN" "$1" 2>&1)
 code=$?
 printf '%s\n' "$out"
