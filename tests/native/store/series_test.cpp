@@ -223,6 +223,9 @@ TEST(Series, DamageIsReportedWithParameterAndPeriodAndLeavesTheRestReadable) {
     expectError(ErrorKind::databaseDamaged, [&] {
         s.series.write(minutes, day + secondsPerDay + 60, {{2.0F, 1}});
     });
+    const std::vector<WriteItem> whole(static_cast<std::size_t>(slotsPerChunk), WriteItem{{2.0F, 1}});
+    s.series.write(minutes, day + secondsPerDay, whole);
+    EXPECT_TRUE(s.series.check().empty()) << "what is all written anew needs nothing of what was there";
 }
 
 }  // namespace
