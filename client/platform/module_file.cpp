@@ -2,6 +2,7 @@
 
 #include <objbase.h>
 
+#include <array>
 #include <cstdint>
 #include <cstring>
 #include <filesystem>
@@ -18,8 +19,8 @@ std::optional<std::wstring> registryText(const std::wstring& key, REGSAM view) {
     HKEY handle = nullptr;
     if (RegOpenKeyExW(HKEY_CLASSES_ROOT, key.c_str(), 0, KEY_READ | view, &handle) != ERROR_SUCCESS)
         return std::nullopt;
-    std::vector<wchar_t> text(1024);
-    auto size = static_cast<DWORD>(text.size() * sizeof(wchar_t));
+    std::array<wchar_t, 1024> text{};
+    DWORD size = sizeof text;
     const LSTATUS status = RegGetValueW(handle, nullptr, nullptr, RRF_RT_REG_SZ, nullptr, text.data(), &size);
     RegCloseKey(handle);
     if (status != ERROR_SUCCESS) return std::nullopt;

@@ -88,10 +88,12 @@ void readAll(Binding& binding, const std::vector<Subject>& subjects, const ReadR
         const std::int32_t count = std::min(piece, range.count - done);
         const store::Time start = range.interval.step(range.start, done);
         std::vector<std::vector<Reading>> columns;
+        columns.reserve(subjects.size());
         for (const Subject& subject : subjects)
             columns.push_back(readPiece(binding, subject, range, start, count));
         for (std::int32_t i = 0; i < count; ++i) {
             std::vector<Reading*> row;
+            row.reserve(columns.size());
             for (auto& column : columns) row.push_back(&column[static_cast<std::size_t>(i)]);
             take(range.interval.step(start, i), row);
         }

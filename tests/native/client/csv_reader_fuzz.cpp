@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstring>
 #include <random>
 #include <string>
 #include <vector>
@@ -26,7 +25,7 @@ std::vector<Line> readInPieces(std::string_view text, std::size_t piece) {
     std::size_t done = 0;
     CsvReader reader([&](char* buffer, std::size_t room) {
         const std::size_t n = std::min({piece, room, text.size() - done});
-        std::memcpy(buffer, text.data() + done, n);
+        text.copy(buffer, n, done);
         done += n;
         return n;
     });

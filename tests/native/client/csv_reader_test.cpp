@@ -11,7 +11,7 @@ namespace {
 ByteSource pieces(std::string text, std::size_t size) {
     return [text = std::move(text), size, done = std::size_t{0}](char* buffer, std::size_t room) mutable {
         const std::size_t n = std::min({size, room, text.size() - done});
-        std::memcpy(buffer, text.data() + done, n);
+        text.copy(buffer, n, done);
         done += n;
         return n;
     };

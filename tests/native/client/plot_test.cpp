@@ -103,8 +103,8 @@ TEST(Plot, SaysTitleUnitsAndWhenThereIsNothing) {
 }
 
 TEST(Plot, ALongRunKeepsItsExtremesAndStaysSmall) {
-    std::vector<PlotPoint> points;
-    for (int i = 0; i < 525'600; ++i) points.push_back({std::sin(i / 1000.0), 0});
+    std::vector<PlotPoint> points(525'600);
+    for (std::size_t i = 0; i < points.size(); ++i) points[i].value = std::sin(static_cast<double>(i) / 1000);
     points[300'000].value = 50;
     points[400'000].value = -50;
     const std::string svg = plotSvg(hourly(std::move(points)));
