@@ -65,13 +65,6 @@ void checkText(std::string_view text) {
         throw std::logic_error("another result when the bytes arrive in pieces");
 }
 
-#ifdef VTDN_LIBFUZZER
-extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {
-    checkText({reinterpret_cast<const char*>(data), size});
-    return 0;
-}
-#endif
-
 std::string randomText(std::mt19937& random) {
     static const std::vector<std::string> parts{",",
                                                 ",",
