@@ -97,7 +97,7 @@ bool chunk(std::string_view input) {
         decodeChunk(blob, key, 3, 700, part);
         part.finish(700);
         for (std::int32_t i = 0; i < 700; ++i)
-            require(part.code(i) == items[static_cast<std::size_t>(i + 3)].code,
+            require(part.code(i) == items[static_cast<std::size_t>(i) + 3].code,
                     "a part has the codes of the whole");
         return true;
     } catch (const DamagedChunk&) {

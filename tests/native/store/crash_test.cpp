@@ -2,11 +2,11 @@
 // never see half of one.
 
 #include <gtest/gtest.h>
-#include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <chrono>
+#include <csignal>
 #include <random>
 #include <thread>
 

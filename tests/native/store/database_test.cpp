@@ -30,7 +30,7 @@ std::string readFile(const std::string& file) {
 }
 
 std::string openRefused(ErrorKind kind, DatabaseKind database, const std::string& file) {
-    const std::string sentence = expectError(kind, [&] { (void)openDatabase(database, file, impatient); });
+    std::string sentence = expectError(kind, [&] { (void)openDatabase(database, file, impatient); });
     EXPECT_NE(sentence.find(file), std::string::npos) << "the sentence names the file: " << sentence;
     return sentence;
 }
@@ -230,6 +230,7 @@ TEST(Damage, FlippedBitsInTheDataFileNeverCrashAndWrongValuesNeverGoUnnoticed) {
         Site site = Site::create(SiteConnections::inFolder(folder.path()), "DEMO");
         replaceParameters(site.database(DatabaseKind::config), demoParameters());
         std::vector<WriteItem> items;
+        items.reserve(expected.size());
         for (const Item& item : expected) items.push_back({item});
         site.write(minutePid, Span::define(0, count, Interval::parse("1m")), items);
     }

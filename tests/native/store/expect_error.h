@@ -15,7 +15,7 @@ std::string expectError(ErrorKind kind, Call call) {
         call();
     } catch (const Error& e) {
         EXPECT_EQ(static_cast<int>(e.kind()), static_cast<int>(kind)) << e.what();
-        const std::string sentence = e.what();
+        std::string sentence = e.what();
         EXPECT_TRUE(sentence.ends_with('.')) << sentence;
         return sentence;
     }

@@ -28,6 +28,7 @@ std::vector<Item> readItems(SeriesStore& series, const SeriesKey& key, Time star
     series.read(key, start, count, run);
     EXPECT_EQ(run.count(), count);
     std::vector<Item> items;
+    items.reserve(static_cast<std::size_t>(count));
     for (std::int32_t i = 0; i < count; ++i) items.push_back(run.item(i));
     return items;
 }
