@@ -29,7 +29,7 @@ StopOnError "Reading"
 
 For i = 0 To hours - 1
     If Not missing(i) Then
-        pounds = pounds + values(i)
+        pounds = pounds + CDbl(values(i)) ' a sum of singles would lose the last digits
         measured = measured + 1
     End If
 Next

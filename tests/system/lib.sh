@@ -19,3 +19,12 @@ prepare_demo() {
         "$VTDN_RUN" "$VTDN_BUILD/bin/vtdn.exe" site import "$(windows_path "$VTDN_SOURCE/data/demo/$site")"
     done
 }
+
+# expect PATTERN COMMAND...: prints what the command prints, and fails unless a line of it matches.
+expect() {
+    local pattern=$1 answer
+    shift
+    answer=$("$@")
+    printf '%s\n' "$answer"
+    grep -q "$pattern" <<<"$answer"
+}

@@ -35,5 +35,5 @@ declarations=$VTDN_SOURCE/samples/csharp/VTWrapperDN.cs
 compile ReadAMonth "$VTDN_SOURCE/samples/csharp/ReadAMonth.cs" "$declarations"
 compile SystemTests "$VTDN_SOURCE"/tests/system/csharp/*.cs "$declarations"
 prepare_demo
-execute ReadAMonth | tee /dev/stderr | grep -q '^SO2 mass of Barry (ORIS 3).*: 736 of 744 hours have a value, 5254710.5 lb in all'
+expect '^SO2 mass of Barry (ORIS 3).*: 736 of 744 hours have a value, 5254710.5 lb in all' execute ReadAMonth
 execute SystemTests "$(windows_path "$VTDN_BUILD/bin/VTWrapDN.dll")" "$(windows_path "$VTDN_SOURCE/data/demo")"
