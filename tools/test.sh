@@ -23,15 +23,16 @@ run_suite() {
     shift 3
     [ "$preset" = native ] || runner=$ROOT/tools/$preset
     mkdir -p "build/$preset/test-logs"
+    : >"$log" # and then appended to: a Windows program has a file position of its own
     if [ "$kind" = gtest ] && [ ! -e "$1" ]; then
-        echo "$1 was not built" >"$log"
+        echo "$1 was not built" >>"$log"
     elif [ "$kind" = gtest ]; then
-        (cd "build/$preset" && timeout 900 ${runner:+"$runner"} "$@") >"$log" 2>&1 </dev/null || status=$?
+        (cd "build/$preset" && timeout 900 ${runner:+"$runner"} "$@") >>"$log" 2>&1 </dev/null || status=$?
     else
         (
             export VTDN_SOURCE=$ROOT VTDN_BUILD=$ROOT/build/$preset VTDN_RUN=$runner VTDN_DOTNET=$DOTNET_DIR
             cd "build/$preset" && timeout 900 "$@"
-        ) >"$log" 2>&1 </dev/null || status=$?
+        ) >>"$log" 2>&1 </dev/null || status=$?
     fi
     sed -i 's/\r$//' "$log"
     "count_$kind" "$log" "$status"
