@@ -124,7 +124,7 @@ Ptr<ITypeLib> loadTypeLibrary() {
 }
 
 std::vector<Ptr<ITypeInfo>> interfaceTypes(ITypeLib& library) {
-    return types(library, TKIND_DISPATCH, [](Ptr<ITypeInfo> dispatch) {
+    return types(library, TKIND_DISPATCH, [](const Ptr<ITypeInfo>& dispatch) {
         // The other face of a dual interface.
         HREFTYPE reference = 0;
         check(dispatch->GetRefTypeOfImplType(static_cast<UINT>(-1), &reference));

@@ -56,7 +56,7 @@ class EngineWrite : public OnEngine {
         return call(id, array);
     }
     Failure call(LONG id, com::SafeArray& array) {
-        const Failure failure = failureOf([&] {
+        Failure failure = failureOf([&] {
             const com::Variant result = param(hourPid).specialFunction(id, array);
             EXPECT_EQ(result.type(), VT_BOOL);
             EXPECT_EQ(result.get().boolVal, VARIANT_TRUE);
@@ -218,7 +218,7 @@ TEST_F(EngineWrite, OtherFunctionsAreRefused) {
 
 TEST_F(EngineWrite, WhatTheStoreRefusesIsAnErrorAndAMessage) {
     const auto refused = [&](LONG pid, DATE at) {
-        const Failure failure = failureOf([&] { write(pid, at, five(), 1); });
+        Failure failure = failureOf([&] { write(pid, at, five(), 1); });
         EXPECT_EQ(heard.take(), std::vector{failure.description});
         return failure;
     };

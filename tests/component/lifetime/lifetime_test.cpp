@@ -314,8 +314,8 @@ TEST(Threads, WrappersOfDifferentApartmentsDoNotMeet) {
         }
         CoUninitialize();
     };
-    std::vector<std::thread> threads;
-    for (int i = 0; i < 4; ++i) threads.emplace_back(live);
+    std::vector<std::thread> threads(4);
+    for (std::thread& thread : threads) thread = std::thread(live);
     for (std::thread& thread : threads) thread.join();
     EXPECT_EQ(library.canUnloadNow(), S_OK);
 }
@@ -335,8 +335,8 @@ TEST(Threads, TheFirstLateBoundCallsMayComeFromSeveralThreadsAtOnce) {
             }
             CoUninitialize();
         };
-        std::vector<std::thread> threads;
-        for (int i = 0; i < 8; ++i) threads.emplace_back(look);
+        std::vector<std::thread> threads(8);
+        for (std::thread& thread : threads) thread = std::thread(look);
         for (std::thread& thread : threads) thread.join();
     }
 }

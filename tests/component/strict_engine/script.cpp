@@ -59,7 +59,7 @@ Answer Script::play(const std::string& text) {
                       << played();
         return Answer::failure(E_UNEXPECTED);
     }
-    const Answer answer = std::move(expected_.front().answer);
+    Answer answer = std::move(expected_.front().answer);
     expected_.pop_front();
     played_.push_back(text);
     // From here on the component may make further calls.
