@@ -190,8 +190,19 @@ void Statement::reset() {
     sqlite3_reset(statement_.get());
 }
 
-bool Statement::isNull(int column) const {
-    return sqlite3_column_type(statement_.get(), column) == SQLITE_NULL;
+ColumnType Statement::type(int column) const {
+    switch (sqlite3_column_type(statement_.get(), column)) {
+        case SQLITE_INTEGER:
+            return ColumnType::integer;
+        case SQLITE_FLOAT:
+            return ColumnType::real;
+        case SQLITE_TEXT:
+            return ColumnType::text;
+        case SQLITE_BLOB:
+            return ColumnType::blob;
+        default:
+            return ColumnType::null;
+    }
 }
 
 std::int64_t Statement::number(int column) const {

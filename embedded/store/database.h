@@ -64,6 +64,9 @@ class Database {
     std::unique_ptr<sqlite3, Closer> db_;
 };
 
+/// What a column of a row holds.
+enum class ColumnType { null, integer, real, text, blob };
+
 /// A prepared statement. Parameters are numbered from 1, columns from 0, as in SQLite. Bound texts and blobs
 /// are copied.
 class Statement {
@@ -89,7 +92,8 @@ class Statement {
     void run();
     void reset();
 
-    [[nodiscard]] bool isNull(int column) const;
+    [[nodiscard]] ColumnType type(int column) const;
+    // Another type than the one asked for is converted as SQLite converts it.
     [[nodiscard]] std::int64_t number(int column) const;
     [[nodiscard]] std::int32_t integer(int column) const { return static_cast<std::int32_t>(number(column)); }
     [[nodiscard]] double real(int column) const;

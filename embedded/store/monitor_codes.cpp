@@ -1,8 +1,6 @@
 #include "store/monitor_codes.h"
 
-#include <set>
-
-#include "store/error.h"
+#include "store/numbers_seen.h"
 
 namespace vtdn::store {
 
@@ -24,15 +22,9 @@ void replaceMonitorCodes(Database& config, std::span<const MonitorCodeName> code
     config.execute("DELETE FROM monitor_code");
     Statement insert(config,
                      "INSERT INTO monitor_code (code, short_name, long_name, rank) VALUES (?, ?, ?, ?)");
-    std::set<MonitorCode> seen;
+    NumbersSeen seen("monitor code", highestMonitorCode);
     for (const MonitorCodeName& code : codes) {
-        if (code.code < 0 || code.code > highestMonitorCode)
-            throw Error(ErrorKind::outOfRange, "The monitor code " + std::to_string(code.code) +
-                                                   " is outside 0 to " + std::to_string(highestMonitorCode) +
-                                                   ".");
-        if (!seen.insert(code.code).second)
-            throw Error(ErrorKind::outOfRange,
-                        "The monitor code " + std::to_string(code.code) + " is given twice.");
+        seen.add(code.code);
         insert.bindAll(code.code, code.short_name, code.long_name, code.rank).run();
     }
     if (!seen.contains(0)) insert.bindAll(0, "", "No code", 0).run();

@@ -260,7 +260,9 @@ const ParameterEntry& ParameterSet::entry(Pid pid) const {
 void replaceParameters(Database& config, std::span<const Parameter> parameters) {
     checkParameters(parameters);
     Transaction transaction(config);
-    config.execute("DELETE FROM parameter_use; DELETE FROM parameter;");
+    config.execute(
+        "DELETE FROM special_value; DELETE FROM relationship; DELETE FROM parameter_use; DELETE FROM "
+        "parameter;");
     Statement insert(
         config,
         "INSERT INTO parameter (pid, name, description, format, units, interval, io_type, parameter_type, "

@@ -99,7 +99,8 @@ class ParameterSet {
     std::map<Pid, ParameterEntry> entries_;
 };
 
-/// Puts these parameters in the place of all that a config database has, after checkParameters.
+/// Puts these parameters in the place of all that a config database has, after checkParameters. The special
+/// values and the relationships of the old ones go with them.
 void replaceParameters(Database& config, std::span<const Parameter> parameters);
 
 }  // namespace vtdn::store

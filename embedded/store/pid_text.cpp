@@ -24,6 +24,10 @@ std::string pidText(Pid pid) {
     return common::isValidPid(pid) ? narrow(common::formatPid(pid)) : std::to_string(pid);
 }
 
+std::string pidListText(Pid pid) {
+    return common::isValidPid(pid) ? narrow(common::formatPid9(pid)) : std::to_string(pid);
+}
+
 Pid parsePid(std::string_view text) {
     const std::wstring wide = widen(text);
     const Pid pid = common::parsePidText(wide, false);

@@ -33,7 +33,7 @@ constexpr const char* directoryScripts[] = {
 constexpr const char* siteOnlyScripts[] = {VTDN_SITE_TABLE};
 
 // parameter.constant holds the value of a constant and constant_kind which kind of value it is (ValueKind),
-// since a single and a double look the same in a column.
+// since a single and a double look the same in a column. special_value has the same with SpecialValueKind.
 constexpr const char* configScripts[] = {VTDN_SITE_TABLE R"(
     CREATE TABLE monitor_code (
         code INTEGER PRIMARY KEY,
@@ -59,7 +59,39 @@ constexpr const char* configScripts[] = {VTDN_SITE_TABLE R"(
         position INTEGER NOT NULL,
         used_pid INTEGER NOT NULL REFERENCES parameter DEFERRABLE INITIALLY DEFERRED,
         PRIMARY KEY (pid, position)) STRICT, WITHOUT ROWID;
-    CREATE INDEX parameter_use_by_used ON parameter_use (used_pid);)"};
+    CREATE INDEX parameter_use_by_used ON parameter_use (used_pid);)",
+                                         R"(
+    CREATE TABLE special_value (
+        pid INTEGER NOT NULL REFERENCES parameter ON DELETE CASCADE,
+        id INTEGER NOT NULL,
+        kind INTEGER NOT NULL,
+        value ANY,
+        PRIMARY KEY (pid, id)) STRICT, WITHOUT ROWID;
+    CREATE TABLE relationship (
+        pid INTEGER NOT NULL REFERENCES parameter ON DELETE CASCADE,
+        related_pid INTEGER NOT NULL REFERENCES parameter ON DELETE CASCADE,
+        PRIMARY KEY (pid, related_pid)) STRICT, WITHOUT ROWID;
+    CREATE INDEX relationship_by_related ON relationship (related_pid);
+    CREATE TABLE unit (
+        unit INTEGER PRIMARY KEY,
+        name TEXT NOT NULL) STRICT;
+    CREATE TABLE parameter_code (
+        code INTEGER PRIMARY KEY,
+        short_name TEXT NOT NULL,
+        long_name TEXT NOT NULL) STRICT;)"};
+
+// "group" is a word of the query language.
+constexpr const char* alarmScripts[] = {VTDN_SITE_TABLE, R"(
+    CREATE TABLE alarm (
+        id INTEGER PRIMARY KEY AUTOINCREMENT,
+        site_id TEXT NOT NULL,
+        time INTEGER NOT NULL,
+        message TEXT NOT NULL,
+        category TEXT NOT NULL,
+        severity INTEGER NOT NULL CHECK (severity BETWEEN 0 AND 4),
+        alarm_group TEXT NOT NULL,
+        source TEXT NOT NULL) STRICT;
+    CREATE INDEX alarm_by_time ON alarm (time);)"};
 
 // chunk.id is series.id * 2^32 + chunk number + 2^31: chunks lie in the file in the order they are read in,
 // and rows of this kind fill their pages, which rows under a key of two columns would not.
@@ -89,7 +121,7 @@ constexpr std::int32_t fourCharacters(const char (&text)[5]) {
 // In the order of DatabaseKind.
 constexpr std::array<Schema, 6> schemas{{
     {DatabaseKind::directory, "directory", fourCharacters("VTDR"), directoryScripts},
-    {DatabaseKind::alarm, "alarm", fourCharacters("VTAL"), siteOnlyScripts},
+    {DatabaseKind::alarm, "alarm", fourCharacters("VTAL"), alarmScripts},
     {DatabaseKind::config, "config", fourCharacters("VTCF"), configScripts},
     {DatabaseKind::data, "data", fourCharacters("VTDT"), dataScripts},
     {DatabaseKind::dataShortTerm, "data short-term", fourCharacters("VTST"), dataScripts},
@@ -210,6 +242,11 @@ Database openDatabase(DatabaseKind kind, std::string_view file, const OpenOption
     applySettings(db);
     checkKind(db, schema);
     if (checkedVersion(db, schema) < currentVersion(kind)) {
+        if (db.isReadOnly())
+            throw Error(ErrorKind::databaseReadOnly,
+                        "The database " + quote(db.file()) +
+                            " was made by an older version of this program and cannot be brought up to date, "
+                            "because it is read-only. Allow writing to the file and to its folder once.");
         Transaction transaction(db);
         // Another program may have done it while this one waited for the lock.
         migrate(db, schema, checkedVersion(db, schema));

@@ -1,14 +1,13 @@
 #include "store/site.h"
 
 #include <array>
-#include <cmath>
 #include <map>
-#include <mutex>
 
 #include "store/connection.h"
 #include "store/error.h"
-#include "store/pid_text.h"
 #include "store/reader.h"
+#include "store/run_stock.h"
+#include "store/writable.h"
 
 namespace vtdn::store {
 namespace {
@@ -37,31 +36,6 @@ std::string siteIdIn(Database& db) {
     return row.text(0);
 }
 
-void requireFinite(Pid pid, double number) {
-    if (!std::isfinite(number))
-        throw Error(ErrorKind::badValue, "A number that is infinite or undefined cannot be stored for " +
-                                             pidText(pid) + ". Write no value instead.");
-}
-
-void requireStorable(Pid pid, const Value& value) {
-    if (const auto number = numberOf(value)) requireFinite(pid, *number);
-}
-
-// The series of a database parameter, with the interval that a writer names checked against its own.
-SeriesKey writableSeries(const ParameterSet& parameters, Pid pid, const Interval* asked) {
-    const ParameterEntry& entry = parameters.entry(pid);
-    if (entry.parameter.kind() != ParameterKind::database)
-        throw Error(ErrorKind::notWritable,
-                    pidText(pid) +
-                        " is a constant or computed; only values of database parameters (I/O "
-                        "type 38) are stored.");
-    if (asked != nullptr && *asked != *entry.interval)
-        throw Error(ErrorKind::badInterval, "Values of " + pidText(pid) + " are stored for intervals of " +
-                                                entry.interval->text() + " and not of " + asked->text() +
-                                                ".");
-    return {pid, *entry.interval};
-}
-
 // SQLite's own check of a file's structure.
 void checkPages(Database& db, std::vector<std::string>& sentences) {
     Statement findings(db, "PRAGMA integrity_check(10)");
@@ -77,46 +51,6 @@ void requireCount(const Span& span, std::size_t count) {
                                                " intervals was given " + std::to_string(count) + " values.");
 }
 
-// Used runs. What is lent holds on to the stock only weakly, so that it can be released after the site.
-class RunStock : public std::enable_shared_from_this<RunStock> {
-  public:
-    std::shared_ptr<Run> lend() {
-        std::unique_ptr<Run> run = take();
-        if (!run) run = std::make_unique<Run>();
-        return {run.release(),
-                [stock = weak_from_this()](Run* used) { giveBack(stock, std::unique_ptr<Run>(used)); }};
-    }
-
-  private:
-    static constexpr std::size_t most = 2;
-    static constexpr std::size_t largest = 16 << 20;  // bytes of a run that is worth keeping
-
-    std::unique_ptr<Run> take() {
-        const std::lock_guard lock(mutex_);
-        if (runs_.empty()) return nullptr;
-        auto run = std::move(runs_.back());
-        runs_.pop_back();
-        return run;
-    }
-    static void giveBack(const std::weak_ptr<RunStock>& stock, std::unique_ptr<Run> run) {
-        const auto self = stock.lock();
-        if (!self || run->memory() > largest) return;
-        run->clear();
-        const std::lock_guard lock(self->mutex_);
-        if (self->runs_.size() < self->runs_.capacity()) self->runs_.push_back(std::move(run));
-    }
-
-    std::mutex mutex_;  // a run may be released on another thread than the site's
-    std::vector<std::unique_ptr<Run>> runs_ = makeRoom();
-
-    // Giving back must not fail: the room is there from the beginning.
-    static std::vector<std::unique_ptr<Run>> makeRoom() {
-        std::vector<std::unique_ptr<Run>> room;
-        room.reserve(most);
-        return room;
-    }
-};
-
 }  // namespace
 
 SiteConnections SiteConnections::inFolder(std::string_view folder) {
@@ -131,16 +65,12 @@ struct Site::State {
     Databases databases;
     std::unique_ptr<SeriesStore> long_term;
     std::unique_ptr<SeriesStore> short_term;
-    std::optional<ParameterSet> parameters;
-    std::optional<MonitorCodeTable> codes;
+    std::optional<Configuration> configuration;
     std::shared_ptr<RunStock> runs = std::make_shared<RunStock>();
 
     explicit State(Databases opened) : databases(std::move(opened)) {
         long_term = std::make_unique<SeriesStore>(*databases.at(DatabaseKind::data));
         short_term = std::make_unique<SeriesStore>(*databases.at(DatabaseKind::dataShortTerm));
-    }
-    SeriesStore& storeOf(const Interval& interval) {
-        return isShortTerm(interval) ? *short_term : *long_term;
     }
 };
 
@@ -198,19 +128,42 @@ Database& Site::database(DatabaseKind kind) {
     return *state_->databases.at(kind);
 }
 
-const ParameterSet& Site::parameters() {
-    if (!state_->parameters) state_->parameters = ParameterSet::load(database(DatabaseKind::config));
-    return *state_->parameters;
+SeriesStore& Site::storeOf(const Interval& interval) {
+    return isShortTerm(interval) ? *state_->short_term : *state_->long_term;
 }
 
-const MonitorCodeTable& Site::monitorCodes() {
-    if (!state_->codes) state_->codes = MonitorCodeTable::load(database(DatabaseKind::config));
-    return *state_->codes;
+const Configuration& Site::configuration() {
+    if (!state_->configuration) state_->configuration = Configuration::load(database(DatabaseKind::config));
+    return *state_->configuration;
+}
+
+std::vector<Pid> Site::paramsOfType(std::int32_t type) {
+    std::vector<Pid> pids;
+    for (const auto& [pid, entry] : parameters().entries())
+        if (entry.parameter.parameter_type == type) pids.push_back(pid);
+    return pids;
+}
+
+const SpecialValue& Site::specialValue(Pid pid, std::int32_t id) {
+    (void)parameters().entry(pid);
+    return configuration().special_values.find(pid, id);
+}
+
+const ParameterRelationship* Site::relationship(Pid pid) {
+    (void)parameters().entry(pid);
+    return relationships().find(pid);
 }
 
 void Site::flushCache() {
-    state_->parameters.reset();
-    state_->codes.reset();
+    state_->configuration.reset();
+}
+
+std::int64_t Site::writeAlarm(const Alarm& alarm) {
+    return store::writeAlarm(database(DatabaseKind::alarm), alarm);
+}
+
+std::vector<Alarm> Site::alarms(const AlarmFilter& filter) {
+    return readAlarms(database(DatabaseKind::alarm), filter);
 }
 
 std::shared_ptr<Run> Site::borrowRun() {
@@ -227,16 +180,15 @@ Item Site::read(Pid pid, Time time) {
 }
 
 void Site::read(Pid pid, const Span& span, Run& run) {
-    ValueReader reader(parameters(), monitorCodes(), [this](const Interval& interval) -> SeriesStore& {
-        return state_->storeOf(interval);
-    });
+    ValueReader reader(parameters(), monitorCodes(),
+                       [this](const Interval& interval) -> SeriesStore& { return storeOf(interval); });
     reader.read(pid, span, run);
 }
 
 void Site::write(Pid pid, Time time, const WriteItem& item) {
     if (item.value) requireStorable(pid, item.item.value);
     const SeriesKey key = writableSeries(parameters(), pid, nullptr);
-    state_->storeOf(key.interval).write(key, time, item);
+    storeOf(key.interval).write(key, time, item);
 }
 
 void Site::write(Pid pid, const Span& span, std::span<const WriteItem> items) {
@@ -244,7 +196,7 @@ void Site::write(Pid pid, const Span& span, std::span<const WriteItem> items) {
     for (const WriteItem& item : items)
         if (item.value) requireStorable(pid, item.item.value);
     const SeriesKey key = writableSeries(parameters(), pid, &span.interval);
-    state_->storeOf(key.interval).write(key, span.start, items);
+    storeOf(key.interval).write(key, span.start, items);
 }
 
 void Site::write(Pid pid, const Span& span, std::span<const float> values,
@@ -253,7 +205,7 @@ void Site::write(Pid pid, const Span& span, std::span<const float> values,
     requireCount(span, codes.size());
     for (const float value : values) requireFinite(pid, static_cast<double>(value));
     const SeriesKey key = writableSeries(parameters(), pid, &span.interval);
-    state_->storeOf(key.interval).write(key, span.start, values, codes);
+    storeOf(key.interval).write(key, span.start, values, codes);
 }
 
 std::vector<std::string> Site::check() {
@@ -272,54 +224,6 @@ std::vector<std::string> Site::check() {
         }
     }
     return sentences;
-}
-
-struct Load::State {
-    Site& site;
-    // Ended in the opposite order.
-    Transaction config;
-    Transaction data;
-    Transaction short_term;
-    std::map<Pid, SeriesStore::Appender> appenders;
-
-    explicit State(Site& s)
-        : site(s),
-          config(s.database(DatabaseKind::config)),
-          data(s.database(DatabaseKind::data)),
-          short_term(s.database(DatabaseKind::dataShortTerm)) {}
-    // What the site keeps in memory may be of this load.
-    ~State() { site.flushCache(); }
-};
-
-Load::Load(Site& site) : state_(std::make_unique<State>(site)) {}
-Load::~Load() = default;
-
-void Load::replaceMonitorCodes(std::span<const MonitorCodeName> codes) {
-    store::replaceMonitorCodes(state_->site.database(DatabaseKind::config), codes);
-    state_->site.flushCache();
-}
-
-void Load::replaceParameters(std::span<const Parameter> parameters) {
-    store::replaceParameters(state_->site.database(DatabaseKind::config), parameters);
-    state_->site.flushCache();
-}
-
-void Load::append(Pid pid, Time time, Item item) {
-    requireStorable(pid, item.value);
-    auto at = state_->appenders.find(pid);
-    if (at == state_->appenders.end()) {
-        const SeriesKey key = writableSeries(state_->site.parameters(), pid, nullptr);
-        SeriesStore& store = state_->site.state_->storeOf(key.interval);
-        at = state_->appenders.emplace(pid, SeriesStore::Appender(store, key)).first;
-    }
-    at->second.append(time, std::move(item));
-}
-
-void Load::commit() {
-    for (auto& [pid, appender] : state_->appenders) appender.finish();
-    state_->short_term.commit();
-    state_->data.commit();
-    state_->config.commit();
 }
 
 }  // namespace vtdn::store

@@ -10,10 +10,10 @@
 #include <string_view>
 #include <vector>
 
+#include "store/alarms.h"
+#include "store/configuration.h"
 #include "store/database.h"
 #include "store/interval.h"
-#include "store/monitor_codes.h"
-#include "store/parameters.h"
 #include "store/run.h"
 #include "store/schema.h"
 #include "store/series.h"
@@ -36,7 +36,7 @@ struct SiteConnections {
 };
 
 /// An open site, for use by one thread at a time. Any number of programs can have the same site open; each
-/// sees what another has written with its next read (parameters and monitor codes: after flushCache).
+/// sees what another has written with its next read (metadata: after flushCache).
 class Site {
   public:
     /// Makes the five databases of a new site and opens it. When anything fails, none of them is left behind.
@@ -53,10 +53,30 @@ class Site {
     /// For what has no member here.
     [[nodiscard]] Database& database(DatabaseKind kind);
 
-    // Metadata. Read on first use and kept until flushCache().
-    [[nodiscard]] const ParameterSet& parameters();
-    [[nodiscard]] const MonitorCodeTable& monitorCodes();
+    // Metadata. All of it is read on first use, as of one moment, and kept until flushCache(), which ends the
+    // life of everything that these members refer to.
+
+    [[nodiscard]] const Configuration& configuration();
+    [[nodiscard]] const ParameterSet& parameters() { return configuration().parameters; }
+    /// PIDs of the parameters of a type, ascending.
+    [[nodiscard]] std::vector<Pid> paramsOfType(std::int32_t type);
+    /// Null when the parameter has none of that id. Throws unknownParameter.
+    [[nodiscard]] const SpecialValue& specialValue(Pid pid, std::int32_t id);
+    [[nodiscard]] const RelationshipSet& relationships() { return configuration().relationships; }
+    /// Null when the parameter is in no group. Throws unknownParameter.
+    [[nodiscard]] const ParameterRelationship* relationship(Pid pid);
+    [[nodiscard]] const MonitorCodeTable& monitorCodes() { return configuration().monitor_codes; }
+    [[nodiscard]] const ParameterCodeTable& parameterCodes() { return configuration().parameter_codes; }
+    /// "" for a number that no unit has.
+    [[nodiscard]] const std::string& unitName(std::int32_t unit) { return configuration().units.name(unit); }
     void flushCache();
+
+    // The alarm log (see alarms.h).
+
+    /// Adds an entry and returns its id. On the disk when it returns.
+    std::int64_t writeAlarm(const Alarm& alarm);
+    /// The entries, newest first.
+    [[nodiscard]] std::vector<Alarm> alarms(const AlarmFilter& filter = {});
 
     // Reading, for parameters of every kind. A constant has its value at every time, with code 0. Throws
     // unknownParameter, offBoundary, badInterval (an interval that the parameter has no values for),
@@ -89,6 +109,7 @@ class Site {
     friend class Load;
     struct State;
     explicit Site(std::unique_ptr<State> state);
+    [[nodiscard]] SeriesStore& storeOf(const Interval& interval);
 
     std::unique_ptr<State> state_;
 };
@@ -103,9 +124,16 @@ class Load {
     Load(const Load&) = delete;
     Load& operator=(const Load&) = delete;
 
-    /// These in the place of all that the site has.
+    // These in the place of all that the site has. Parameters before their special values and relationships:
+    // replaceParameters removes those of the old parameters.
+
+    void replaceUnits(std::span<const UnitName> units);
     void replaceMonitorCodes(std::span<const MonitorCodeName> codes);
+    void replaceParameterCodes(std::span<const ParameterCodeName> codes);
     void replaceParameters(std::span<const Parameter> parameters);
+    void replaceSpecialValues(std::span<const SpecialValueEntry> entries);
+    void replaceRelationships(std::span<const Relationship> relationships);
+
     /// One interval of a database parameter. Times of one parameter must ascend; parameters may be mixed.
     /// Throws what Site::write throws, and outOfRange for a time that is not behind the one before.
     void append(Pid pid, Time time, Item item);
