@@ -13,7 +13,6 @@ namespace vtdn::client {
 
 namespace {
 
-constexpr std::size_t longestTextValue = 255;
 constexpr std::size_t leastPidDigits = 9;
 
 bool allDigits(std::string_view text) {
@@ -38,6 +37,11 @@ std::optional<std::int32_t> wholeNumberOfCell(std::string_view cell) {
     return allDigits(cell) ? parseInteger(cell) : std::nullopt;
 }
 
+std::optional<std::int32_t> signedNumberOfCell(std::string_view cell) {
+    // parseInteger takes a plus, too.
+    return cell.starts_with('+') ? std::nullopt : parseInteger(cell);
+}
+
 store::Value valueOfCell(std::string_view cell) {
     if (cell.empty()) return {};
     if (beginsLikeNumber(cell)) {
@@ -47,9 +51,9 @@ store::Value valueOfCell(std::string_view cell) {
             " begins like a number and is none that can be stored; numbers look like -12.5 or "
             "6.02e23");
     }
-    if (cell.size() > longestTextValue && characterCount(cell) > longestTextValue)
+    if (cell.size() > longestText && characterCount(cell) > longestText)
         throw std::invalid_argument("the text has " + std::to_string(characterCount(cell)) + " characters; " +
-                                    std::to_string(longestTextValue) + " are the most");
+                                    std::to_string(longestText) + " are the most");
     return std::string(cell);
 }
 

@@ -1,6 +1,7 @@
 // What a cell of a site file says.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string_view>
@@ -9,11 +10,19 @@
 
 namespace vtdn::client {
 
+// Most characters of a text.
+inline constexpr std::size_t longestShortName = 16;
+inline constexpr std::size_t longestText = 255;
+inline constexpr std::size_t longestDescription = 1000;
+
 /// A PID in display form or as a number of nine or ten digits; 0 for anything else.
 store::Pid pidOfCell(std::string_view cell);
 
 /// A whole number of digits only.
 std::optional<std::int32_t> wholeNumberOfCell(std::string_view cell);
+
+/// A whole number of digits, with a minus before them or not.
+std::optional<std::int32_t> signedNumberOfCell(std::string_view cell);
 
 /// A number, a text, or nothing for an empty cell. Throws std::invalid_argument with the reason for what
 /// begins like a number and is none, for a number out of range and for a text that is too long.

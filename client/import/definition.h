@@ -1,4 +1,4 @@
-// What a site is, from the files site.csv, monitor_codes.csv and parameters.csv of its folder.
+// What a site is, from the files of its folder but those with values.
 #pragma once
 
 #include <cstdint>
@@ -10,15 +10,23 @@
 #include "client/import/problems.h"
 #include "client/import/sheet.h"
 #include "store/monitor_codes.h"
+#include "store/parameter_codes.h"
 #include "store/parameters.h"
+#include "store/relationships.h"
+#include "store/special_values.h"
+#include "store/units.h"
 
 namespace vtdn::client {
 
 /// The files of a folder, as far as they are part of the format.
 struct SiteFolder {
     std::optional<SiteFile> site;
+    std::optional<SiteFile> units;
     std::optional<SiteFile> monitorCodes;
+    std::optional<SiteFile> parameterCodes;
     std::optional<SiteFile> parameters;
+    std::optional<SiteFile> specialValues;
+    std::optional<SiteFile> relationships;
     std::vector<SiteFile> values;  ///< in the order of their names
 
     /// Looks into a folder. Reports missing files and CSV files with other names; throws Failure
@@ -31,11 +39,15 @@ struct SiteDefinition {
     std::string siteId;
     std::string description;
     std::string completeName;
+    std::vector<store::UnitName> units;
     std::vector<store::MonitorCodeName> monitorCodes;
+    std::vector<store::ParameterCodeName> parameterCodes;
     std::vector<store::Parameter> parameters;
+    std::vector<store::SpecialValueEntry> specialValues;
+    std::vector<store::Relationship> relationships;
 };
 
-/// Reads the three files and checks them against each other, parameters by the store's own rules. Where
+/// Reads the files and checks them against each other, by the store's own rules where it has them. Where
 /// problems were reported, the definition is as complete as it can be, so that values can be checked against
 /// it all the same.
 SiteDefinition readDefinition(const SiteFolder& folder, ImportProblems& problems);

@@ -39,8 +39,12 @@ SiteFolder SiteFolder::look(const fs::path& folder, ImportProblems& problems) {
         throw Failure(ExitCode::environment, "There is no folder " + store::utf8Of(folder) + ".",
                       "Give the folder that holds parameters.csv; docs/site-files.md describes it.");
     SiteFolder found;
-    constexpr std::array<std::string_view, 3> names{"site.csv", "monitor_codes.csv", "parameters.csv"};
-    const std::array<std::optional<SiteFile>*, 3> places{&found.site, &found.monitorCodes, &found.parameters};
+    constexpr std::array<std::string_view, 7> names{
+        "site.csv",       "units.csv",          "monitor_codes.csv", "parameter_codes.csv",
+        "parameters.csv", "special_values.csv", "relationships.csv"};
+    const std::array<std::optional<SiteFile>*, names.size()> places{
+        &found.site,       &found.units,         &found.monitorCodes, &found.parameterCodes,
+        &found.parameters, &found.specialValues, &found.relationships};
     for (SiteFile& file : csvFiles(folder, {})) {
         const auto name = std::find(names.begin(), names.end(), file.name);
         if (name != names.end()) {

@@ -10,4 +10,10 @@ std::string ImportProblem::text() const {
     return text + reason;
 }
 
+std::string reasonOf(const store::Error& error) {
+    std::string sentence = error.what();
+    if (sentence.ends_with('.')) sentence.pop_back();
+    return sentence;
+}
+
 }  // namespace vtdn::client

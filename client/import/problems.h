@@ -6,6 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include "store/error.h"
+
 namespace vtdn::client {
 
 /// One broken rule: "values/2007-03.csv:412: column "time": ...".
@@ -17,6 +19,9 @@ struct ImportProblem {
 
     [[nodiscard]] std::string text() const;
 };
+
+/// What the store says, without the full stop.
+[[nodiscard]] std::string reasonOf(const store::Error& error);
 
 /// Thrown when the limit of a list of problems is reached: there is no use in reading on.
 struct TooManyProblems {};

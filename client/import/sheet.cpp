@@ -4,7 +4,9 @@
 
 #include "client/cli/failure.h"
 #include "client/cli/spelling.h"
+#include "client/import/cells.h"
 #include "client/text/utf8.h"
+#include "store/error.h"
 
 namespace vtdn::client {
 
@@ -98,6 +100,14 @@ std::string Table::text(std::size_t column, std::size_t most) {
         problem(column, "the text has " + std::to_string(characterCount(text)) + " characters; " +
                             std::to_string(most) + " are the most");
     return text;
+}
+
+std::optional<std::int32_t> Table::wholeNumber(std::size_t column, std::string_view what, std::int32_t most) {
+    const auto number = wholeNumberOfCell(cell(column));
+    if (number && *number <= most) return number;
+    problem(column, store::quote(cell(column)) + " is no " + std::string(what) +
+                        "; it has to be a whole number from 0 to " + std::to_string(most));
+    return std::nullopt;
 }
 
 void Table::problem(std::size_t column, std::string reason) {

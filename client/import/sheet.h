@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -69,6 +70,8 @@ class Table {
     /// The cell's text; a longer one than `most` characters is reported.
     std::string text(std::size_t column, std::size_t most);
     [[nodiscard]] std::size_t line() const { return sheet_.line(); }
+    /// The cell as a whole number from 0 to `most`; anything else is reported as no `what`.
+    std::optional<std::int32_t> wholeNumber(std::size_t column, std::string_view what, std::int32_t most);
     void problem(std::size_t column, std::string reason);
 
   private:

@@ -157,8 +157,12 @@ class Importer {
     /// Whether all was loaded, so that it counts.
     bool fill(store::Site& target) {
         store::Load load(target);
+        load.replaceUnits(site_.units);
         load.replaceMonitorCodes(site_.monitorCodes);
+        load.replaceParameterCodes(site_.parameterCodes);
         load.replaceParameters(site_.parameters);
+        load.replaceSpecialValues(site_.specialValues);
+        load.replaceRelationships(site_.relationships);
         readInto(&load);
         if (!problems_.none()) return false;
         load.commit();

@@ -47,8 +47,8 @@ struct ImportResult {
 };
 
 /// Loads a folder of site files, all or nothing. A new site is built in a folder of its own and listed in the
-/// directory when it is whole; a site that exists gets its parameters and codes replaced and the given
-/// intervals written in one go. Throws Failure and store::Error.
+/// directory when it is whole; a site that exists gets its parameters and all tables beside them replaced
+/// and the given intervals written in one go. Throws Failure and store::Error.
 ImportResult importSite(const std::string& home, const ImportRequest& request);
 
 /// Takes a site out of the directory and, if asked for, deletes its database files. Returns what could not be
