@@ -58,6 +58,11 @@ class TheFormat(unittest.TestCase):
         heat = site.values[pid_number("1-030-3-00-00")]
         self.assertEqual([(v.value, v.mc) for v in heat], [(212.4, 1), (None, 9), (48.2, 0)])
         self.assertEqual([v.value for v in site.values[pid_number("1-050-3-00-00")]], [0.174, "N/A"])
+        self.assertEqual(site.units[19]["name"], "Boiler, old")
+        pid = pid_number("1-030-3-00-00")
+        values = {number: value for (of, number), value in site.special_values.items() if of == pid}
+        self.assertEqual(values, {-22: "40CFR75", -25: False, 1001: -5, 0: -0.0025, 7: None})
+        self.assertEqual(site.related[pid], {pid, pid_number("1-030-4-02-00")})
 
     def test_a_byte_order_mark_and_line_ends_of_either_kind_are_read(self):
         files = {name: b"\xef\xbb\xbf" + text.replace("\n", "\r\n").encode() for name, text in self.cases["good"].items()}
@@ -84,8 +89,11 @@ class TheFormat(unittest.TestCase):
         blocks = text.split("```csv\n")
         names = [before.rsplit("`", 2)[1] for before in blocks[:-1]]
         files = dict(zip(names, (block.split("```")[0] for block in blocks[1:])))
-        self.assertEqual(set(files), {"site.csv", "monitor_codes.csv", "parameters.csv", "values/2024-01.csv"})
-        self.assertEqual(sum(map(len, self.read(files).values.values())), 12)
+        self.assertEqual(set(files), {"site.csv", "monitor_codes.csv", "parameters.csv", "values/2024-01.csv", "units.csv",
+                                      "special_values.csv", "relationships.csv"})
+        site = self.read(files)
+        self.assertEqual(sum(map(len, site.values.values())), 12)
+        self.assertEqual((len(site.units), len(site.special_values), len(site.related)), (1, 2, 4))
 
 
 class TheDemoSites(unittest.TestCase):

@@ -11,15 +11,18 @@ AGGREGATIONS = ("average", "sum", "minimum", "maximum")
 UNIT_SECONDS = {"s": 1, "m": 60, "h": 3600, "d": 86400}
 DAY = 86400
 EPOCH = datetime.datetime(1899, 12, 30)
+FILES = ("site.csv", "units.csv", "monitor_codes.csv", "parameter_codes.csv", "parameters.csv", "special_values.csv",
+         "relationships.csv")
 
 NUMBER = re.compile(r"[+-]?(\d+\.?\d*|\.\d+)([eE][+-]?\d+)?", re.ASCII)
 LIKE_A_NUMBER = re.compile(r"[+-]?\.?\d", re.ASCII)
 INTEGER = re.compile(r"\d+", re.ASCII)
+SIGNED_INTEGER = re.compile(r"-?\d+", re.ASCII)
 PID_FORMS = (re.compile(r"\d{1,2}-\d{3}-\d-\d{2}-\d{2}", re.ASCII), re.compile(r"\d{9,10}", re.ASCII))
 TIME = re.compile(r"(\d{4})-(\d\d)-(\d\d) (\d\d):(\d\d)(?::(\d\d))?", re.ASCII)
 FORMULA_TOKEN = re.compile(r"\s*(\[[^\]]*\]|(?:\d+\.?\d*|\.\d+)(?:[eE][+-]?\d+)?|[-+*/()])", re.ASCII)
 
-Parameter = namedtuple("Parameter", "pid name description units interval io_type value aggregation formula uses roll_up line")
+Parameter = namedtuple("Parameter", "pid name description units interval io_type value aggregation formula uses roll_up type line")
 Value = namedtuple("Value", "time value mc")
 Interval = namedtuple("Interval", "seconds months")
 
@@ -120,6 +123,26 @@ def integer(text, low, high):
     return int(text) if INTEGER.fullmatch(text) and low <= int(text) <= high else None
 
 
+def signed_integer(text):
+    """A whole number of 32 bits, a minus before it or not; None when it is none."""
+    return int(text) if SIGNED_INTEGER.fullmatch(text) and -2**31 <= int(text) < 2**31 else None
+
+
+def special_value(kind, text):
+    """The value of a row of special_values.csv; ValueError when it is not of its type."""
+    if kind == "text" and len(text) <= 255:
+        return text
+    if kind == "number" and NUMBER.fullmatch(text) and math.isfinite(float(text)):
+        return float(text)
+    if kind == "integer" and signed_integer(text) is not None:
+        return signed_integer(text)
+    if kind == "boolean" and text in ("true", "false"):
+        return text == "true"
+    if kind == "null" and text == "":
+        return None
+    raise ValueError("type unknown, or value that is not of its type")
+
+
 def interval_of(text):
     """Interval, or None when values cannot be stored at it."""
     match = re.fullmatch(r"(\d+)([smhdM])", text, re.ASCII)
@@ -205,16 +228,20 @@ class Site:
     def __init__(self, folder):
         self.folder = folder
         for path in sorted(folder.glob("*.csv")):
-            if path.name not in ("site.csv", "monitor_codes.csv", "parameters.csv"):
+            if path.name not in FILES:
                 raise Refused(path.name, 1, "not a file of a site")
         self.facts = self._facts() if (folder / "site.csv").exists() else {}
-        self.codes = self._codes() if (folder / "monitor_codes.csv").exists() else {}
+        self.units = self._names("units.csv", "unit", "name", 19, 255)
+        self.codes = self._names("monitor_codes.csv", "code", "short_name", 32767, 16, ("long_name", "rank"))
+        self.parameter_codes = self._names("parameter_codes.csv", "code", "short_name", 32767, 16, ("long_name",))
         if not (folder / "parameters.csv").exists():
             raise Refused("parameters.csv", 1, "missing")
         self.parameters = self._parameters()
         for parameter in self.parameters.values():
             self._check_calculation(parameter)
         self._check_cycles()
+        self.special_values = self._special_values()
+        self.related = self._relationships()
         self.values = {pid: [] for pid, p in self.parameters.items() if p.io_type == DATABASE}
         for path in sorted(folder.glob("values/*.csv")):
             self._read_values(f"values/{path.name}")
@@ -234,22 +261,72 @@ class Site:
             facts[key] = row["value"]
         return facts
 
-    def _codes(self):
-        codes = {}
-        for line, row in table(self.folder, "monitor_codes.csv", ("code", "short_name"), ("long_name", "rank")):
-            code = integer(row["code"], 0, 32767)
-            if code is None or code in codes:
-                raise Refused("monitor_codes.csv", line, "code ill-formed, out of range or repeated")
-            if not 1 <= len(row["short_name"]) <= 16:
-                raise Refused("monitor_codes.csv", line, "short name empty or too long")
-            if row["rank"] and integer(row["rank"], 0, 32767) is None:
-                raise Refused("monitor_codes.csv", line, "rank ill-formed or out of range")
-            codes[code] = row
-        return codes
+    def _names(self, file, number_column, name_column, highest, longest, optional=()):
+        """Rows by their number, of a file that gives names to numbers; none when it is absent."""
+        names = {}
+        if not (self.folder / file).exists():
+            return names
+        for line, row in table(self.folder, file, (number_column, name_column), optional):
+            number = integer(row[number_column], 0, highest)
+            if number is None or number in names:
+                raise Refused(file, line, f"{number_column} ill-formed, out of range or repeated")
+            if not 1 <= len(row[name_column]) <= longest:
+                raise Refused(file, line, f"{name_column} empty or too long")
+            if len(row.get("long_name", "")) > 1000:
+                raise Refused(file, line, "long name too long")
+            if row.get("rank") and integer(row["rank"], 0, 32767) is None:
+                raise Refused(file, line, "rank ill-formed or out of range")
+            names[number] = row
+        return names
+
+    def _special_values(self):
+        """(PID, id) -> value."""
+        file, values = "special_values.csv", {}
+        if not (self.folder / file).exists():
+            return values
+        for line, row in table(self.folder, file, ("pid", "id", "type", "value")):
+            pid, number = self._known_pid(file, line, row["pid"]), signed_integer(row["id"])
+            if number is None or (pid, number) in values:
+                raise Refused(file, line, "id ill-formed, out of range or repeated")
+            try:
+                values[pid, number] = special_value(row["type"], row["value"])
+            except ValueError as error:
+                raise Refused(file, line, str(error)) from None
+        return values
+
+    def _relationships(self):
+        """PID -> the set of PIDs of its group, itself included."""
+        file, pairs, groups, first_lines = "relationships.csv", set(), {}, {}
+        if not (self.folder / file).exists():
+            return groups
+        for line, row in table(self.folder, file, ("pid", "related_pid")):
+            pair = frozenset(self._known_pid(file, line, row[column]) for column in ("pid", "related_pid"))
+            levels = {self.parameters[pid].interval for pid in pair}
+            if len(pair) == 1 or pair in pairs or len(levels) == 1:
+                raise Refused(file, line, "related to itself, repeated, or of the same interval")
+            for pid in pair:
+                interval = self.parameters[pid].interval
+                if self.parameters[pid].io_type in CONSTANTS or interval.seconds == 0 or interval.seconds % 60:
+                    raise Refused(file, line, "a constant, or an interval that is not of whole minutes, hours or days")
+                first_lines.setdefault(pid, line)
+            pairs.add(pair)
+            group = set().union(*(groups.get(pid, {pid}) for pid in pair))
+            groups.update((pid, group) for pid in group)
+        for pid, line in first_lines.items():
+            p = self.parameters[pid]
+            if p.uses and not (p.aggregation and p.uses[0] in groups[pid]):
+                raise Refused(file, line, "computed, but not an aggregation of another one of its group")
+        return groups
+
+    def _known_pid(self, file, line, text):
+        pid = pid_number(text)
+        if pid not in self.parameters:
+            raise Refused(file, line, f"{text} is not a PID of parameters.csv")
+        return pid
 
     def _parameters(self):
         file, parameters = "parameters.csv", {}
-        optional = ("description", "units", "format", "value", "aggregation", "formula", "uses", "roll_up")
+        optional = ("description", "units", "format", "value", "aggregation", "formula", "uses", "roll_up", "type")
         for line, row in table(self.folder, file, ("pid", "name", "interval", "io_type"), optional):
             def refuse(reason):
                 raise Refused(file, line, reason)
@@ -270,13 +347,15 @@ class Site:
                 refuse("uses, aggregation or formula missing, or out of place")
             if row["roll_up"] and (constant or row["roll_up"] not in AGGREGATIONS):
                 refuse("roll-up unknown, or out of place")
+            if row["type"] and integer(row["type"], 0, 32767) is None:
+                refuse("type ill-formed or out of range")
             try:
                 value = value_of(row["value"])
             except ValueError as error:
                 refuse(str(error))
             uses = [pid_number(text) for text in row["uses"].split(";")] if row["uses"] else []
             parameters[pid] = Parameter(pid, row["name"], row["description"], row["units"], interval, io_type, value,
-                                        row["aggregation"], row["formula"], uses, row["roll_up"], line)
+                                        row["aggregation"], row["formula"], uses, row["roll_up"], int(row["type"] or 0), line)
         return parameters
 
     def _check_calculation(self, p):
