@@ -96,6 +96,7 @@ class RelationshipReader {
             }
         }
         std::vector<store::Relationship> related;
+        related.reserve(rows.size());
         for (const std::size_t row : rows) related.push_back(rows_[row]);
         keepsRules(related, std::move(group), line);
     }

@@ -18,6 +18,8 @@ FLAG_NAMES = {
     "98": ("Flag 98", "Flag 98 of the hourly file; no explanation of it was found", 15),
 }
 
+AVAILABLE_FLAGS = ("1", "2")  # flags of hours without substitute data
+
 # Which code a computed value gets when its inputs carry several: substitute data shows through, and what is derived above all.
 CLASS_RANKS = {"measured": 10, "": 15, "default": 20, "substitute": 30}
 OFF_RANK, DERIVED_RANK = 1, 40
@@ -32,6 +34,14 @@ def flag_code(flag, certified_primary):
     if flag not in FLAG_NAMES:
         raise ValueError(f"flag {flag} is not known")
     return FLAG_BASE + int(flag)
+
+
+def available():
+    """Codes that count as available data: measured by what the regulation or a check of the agency's says, never on the
+    collector's word alone, and of the demo's own ones those that are measured or calculated."""
+    measured = [int(row["modc"]) for row in sources.read_csv("modc_codes.csv")
+                if row["class"] == "measured" and row["status"] != "unverified"]
+    return sorted(measured + [FLAG_BASE + int(flag) for flag in AVAILABLE_FLAGS])
 
 
 def rows():

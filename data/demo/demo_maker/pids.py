@@ -14,6 +14,11 @@ def display(unit, quantity, time_type, origin, number=0):
     return f"{unit}-{quantity:03d}-{time_type}-{origin:02d}-{number:02d}"
 
 
+def number_form(pid):
+    """The PID as the integer that programs use."""
+    return int(pid.replace("-", ""))
+
+
 def origin_of(pid):
     """Field D of a PID in display form."""
     return int(pid.split("-")[3])

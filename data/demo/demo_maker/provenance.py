@@ -21,7 +21,13 @@ Field D is 2 for calculated parameters ("Calculated:"), 0 for what was found.
 | `*/monitor_codes.csv` | rows 1 to 55 | method-of-determination codes, wording as found. Where the collected wording was not checked against the regulation, `[wording: ...]` behind it says how far it is supported; do not rely on it |
 | | rows 0 and 100 and above | derived: codes of the demo's own, see below |
 | | rank | written for the demo: off 1, measured and calculated 10, unknown 15, default 20, substitute 25 and 30, derived 40 |
-| `*/parameters.csv` | pid, interval, io_type, format, uses, formula, aggregation, roll_up | written for the demo |
+| `*/units.csv` | all | unit numbers as found; name is that of the facility with the unit's behind it. Units without a plain number, and those that were not there in 2007, are left out |
+| `*/parameter_codes.csv` | short_name, long_name | as found: the code tables of monitoring-plan parameters and of formula parameters |
+| | code | written for the demo: the place in those tables |
+| `*/special_values.csv` | value | of ids -95 and -97 as found, of others derived, see below |
+| | pid, id, type | written for the demo |
+| `*/relationships.csv` | all | written for the demo: which parameters of this list are minutes, hours and days of one quantity |
+| `*/parameters.csv` | pid, interval, io_type, format, uses, formula, aggregation, roll_up, type | written for the demo |
 | | name, units | written for the demo after the code tables: units of SO2 mass, NOx rate and NOx mass as the tables have them |
 | | value | constants, as found in the monitoring plan in effect throughout 2007; see the list below |
 | `*/values/hourly-2007.csv` | time | as found, written as date and time |
@@ -48,6 +54,27 @@ the demo's own, 100 + flag, instead of a guess:
 | blank | 100 | operating time 0, no value |
 
 Operating time and gross load have no flag: no code, except 100 for the load of hours without operation.
+
+"""
+
+SPECIAL_VALUES = """## Analyzers and special values
+
+The analyzers and monitors are those of the monitoring plans. Barry 5: what belonged to a system of its two stacks on any day of 2007;
+on stack MS5B three of them were replaced on 2007-03-31. Smith SCT1 had none in 2007 (its NOx rate came from fuel flow, appendix E of
+40 CFR 75); its parameters are for those of 2014, one for each range that has a span. None of them has values: there is no public record
+of what they measured. Type 3 is for calibrations, which 40 CFR 75 appendix B 2.1 asks for each day, and the daily interference check of
+flow monitors, 2.1.2 there; type 45 for the quarterly linearity check of gas analyzers, 2.2.1.
+
+| id | on | value | why |
+|---|---|---|---|
+| -17, -95, -97 | the unit's own parameter | true; plant number; unit | the plants report electronically under these, as found in the list of facilities and units |
+| -22 | parameters of type 3 | 40CFR75; 40CFR60 for opacity | the plans are those of 40 CFR 75; its 75.14 leaves opacity monitors to 40 CFR 60 |
+| -25 | parameters of type 3 | true for analyzers that were replaced in 2007 | end of their time in the monitoring plan |
+| -117 | parameters of type 3 | true for interference checks | |
+| -114, -118 | parameters of type 3 | false | nothing in the plans that they could stand for |
+| -32 | parameters of type 45 | 1; 0 for analyzers that were replaced in 2007 | as -25 |
+| 1001 | all but constants | the unit's operating time | the operating time itself has none |
+| 1002 | hourly values whose codes come from flags | {0} | codes that mean measured in the code table, where its source is the regulation or a check text of EPA's and not the collector's word, with the demo's own 101 measured and 102 calculated |
 
 """
 
@@ -103,6 +130,6 @@ def text():
     barry, smith = sites.all_sites()
     first, last = writer.MINUTE_DAYS
     minutes = writer.minute_text(barry, sources.hours(barry.hourly_file)).count("\n") - 1
-    body = (HEAD + MINUTES.format(first, last, f"{minutes:,}", writer.SEED) + agreement_table()
+    body = (HEAD + SPECIAL_VALUES.format(", ".join(map(str, codes.available()))) + MINUTES.format(first, last, f"{minutes:,}", writer.SEED) + agreement_table()
             + parameter_table(barry) + parameter_table(smith))
     return body.rstrip("\n") + "\n"

@@ -2,24 +2,34 @@
 
 from collections import namedtuple
 
-from . import sources
-from .pids import (CALCULATED, DAY, DERIVED, FOUND, HOUR, INTERVALS, MINUTE, MONTH, NO_TIME, QUARTER_HOUR, display)
+from . import codes, sources
+from .pids import (CALCULATED, DAY, DERIVED, FOUND, HOUR, INTERVALS, MINUTE, MONTH, NO_TIME, QUARTER_HOUR, display, number_form)
 
 # I/O types of docs/site-files.md. Constants that stand in a monitoring plan have 34, others 4; calculated ones have 10.
 DATABASE, CONSTANT, PLAN_CONSTANT, CALCULATION = 38, 4, 34, 10
 
+# Parameter types, and the numbers of special values that the embedded engine and its clients know.
+CALIBRATED, LINEARITY = 3, 45
+REPORTS, PROGRAM, LEFT_OUT, IS_LINEARITY, ORIS_CODE, UNIT_ID = -17, -22, -25, -32, -95, -97
+KEPT_OUT_114, INTERFERENCE, KEPT_OUT_118 = -114, -117, -118
+OPERATING_TIME_PID, AVAILABLE_CODES = 1001, 1002
+
 # Field B of the PIDs: the quantity.
+UNIT = 1
 OPERATING_TIME, STATUS, LOAD, LOAD_PERCENT, HEAT, HEAT_PERCENT = 10, 15, 20, 21, 30, 31
 SO2_MASS, SO2_RATE, NOX_RATE, NOX_MASS, NOX_DIFFERENCE = 40, 41, 50, 51, 52
 CAPACITY, MAX_LOAD, UPPER_LOAD, LOWER_LOAD, NAMEPLATE = 901, 902, 903, 904, 905
 SPANS, NOX_DEFAULT, DILUENT_CAP, SO2_DEFAULT, NOX_PPM_DEFAULT = 910, 920, 921, 922, 923
 POUNDS_PER_TON = 990
+ANALYZERS = {"SO2": 110, "NOX": 111, "CO2": 112, "O2": 113, "FLOW": 114, "OP": 115}
+INTERFERENCE_CHECK = 116
+LINEARITY_CHECKS = {"SO2": 120, "NOX": 121, "CO2": 122, "O2": 123}
 
-Site = namedtuple("Site", "folder facts hourly_file plan parameters columns minutes status_pid")
+Site = namedtuple("Site", "folder plant facts hourly_file plan parameters columns minutes status_pid special_values relationships")
 Minutes = namedtuple("Minutes", "pid column decimals per_hour_total")
 
 COLUMNS = ("pid", "name", "description", "units", "format", "interval", "io_type", "value", "aggregation", "formula", "uses",
-           "roll_up")
+           "roll_up", "type")
 Parameter = namedtuple("Parameter", (*COLUMNS, "source"))  # source: for PROVENANCE.md
 
 # What the hourly files hold: column, quantity, name, unit, format, the parameter of the monitoring plan that its
@@ -37,19 +47,26 @@ HOURLY = (
 )
 
 
+# What an analyzer or monitor measures, and in which unit.
+ANALYZER_NAMES = {"SO2": ("SO2", "ppm"), "NOX": ("NOx", "ppm"), "CO2": ("CO2", "%"), "O2": ("O2", "%"),
+                  "FLOW": ("Stack flow", "kscfm"), "OP": ("Opacity", "%")}
+
+
 class Builder:
     """Collects the parameters of one unit."""
 
     def __init__(self, unit, hourly_file):
         self.unit, self.hourly_file, self.parameters = unit, hourly_file, []
+        self.special_values, self.relationships = [], []
 
     def pid(self, quantity, time_type, origin, number=0):
         return display(self.unit, quantity, time_type, origin, number)
 
-    def _add(self, pid, name, text, units, form, io_type, source, value="", aggregation="", formula="", uses=(), roll_up=""):
+    def _add(self, pid, name, text, units, form, io_type, source, value="", aggregation="", formula="", uses=(), roll_up="",
+             parameter_type=""):
         interval = INTERVALS[int(pid.split("-")[2])]
         self.parameters.append(Parameter(pid, name, text, units, form, interval, io_type, value, aggregation, formula,
-                                         ";".join(uses), roll_up, source))
+                                         ";".join(uses), roll_up, parameter_type, source))
         return pid
 
     def hourly(self):
@@ -73,6 +90,55 @@ class Builder:
         return self._add(self.pid(quantity, time_type, CALCULATED, number), name, f"Calculated: {text}", units, form, CALCULATION,
                          "calculated by the engine", formula=formula.format(*(f"[{u}]" for u in uses)), uses=uses)
 
+    def special(self, pid, number, value):
+        kind = {bool: "boolean", int: "integer", str: "text"}[type(value)]
+        self.special_values.append((pid, number, kind, str(value).lower() if kind == "boolean" else value))
+
+    def identity(self, plant, unit):
+        """The parameter that stands for the unit itself."""
+        pid = self.constant(UNIT, "Unit", "", sources.unit_name(plant, unit), "list of facilities and units",
+                            "The unit itself: its special values name it in electronic reports", io_type=CONSTANT)
+        for number, value in ((REPORTS, True), (ORIS_CODE, int(plant)), (UNIT_ID, unit)):
+            self.special(pid, number, value)
+
+    def analyzers(self, found, remark):
+        """Parameters of analyzers and monitors: what calibrations, interference checks and linearity checks are made on."""
+        for analyzer in found:
+            number = 1 + sum(a.type == analyzer.type for a in found[:found.index(analyzer)])
+            self._analyzer(analyzer, number, remark if analyzer.in_service else "replaced during 2007")
+
+    def _analyzer(self, analyzer, number, remark):
+        name, units = ANALYZER_NAMES[analyzer.type]
+        where = f"{analyzer.component}, {analyzer.place}"
+
+        def add(quantity, what, text, parameter_type):
+            return self._add(self.pid(quantity, MINUTE, FOUND, number), f"{name} {what} {where}", f"{text}; {remark}", units, "0.0",
+                             DATABASE, f"monitoring plan, component {where}; no values", parameter_type=parameter_type)
+
+        word = "analyzer" if analyzer.type in LINEARITY_CHECKS else "monitor"
+        calibrated = [add(ANALYZERS[analyzer.type], word, sources.code_text("component_type", analyzer.type), CALIBRATED)]
+        if analyzer.type == "FLOW":
+            calibrated.append(add(INTERFERENCE_CHECK, "interference check", sources.code_text("test_type", "INTCHK"), CALIBRATED))
+        for pid in calibrated:
+            self.special(pid, PROGRAM, "40CFR60" if analyzer.type == "OP" else "40CFR75")
+            for special in (LEFT_OUT, KEPT_OUT_114, INTERFERENCE, KEPT_OUT_118):
+                self.special(pid, special, special == INTERFERENCE and pid != calibrated[0]
+                             or special == LEFT_OUT and not analyzer.in_service)
+        if analyzer.type in LINEARITY_CHECKS:
+            linearity = add(LINEARITY_CHECKS[analyzer.type], "linearity check", sources.code_text("test_type", "LINE"), LINEARITY)
+            self.special(linearity, IS_LINEARITY, int(analyzer.in_service))
+
+    def operation(self):
+        """Which parameter has the operating time, and which codes count as available where codes come from flags."""
+        operating_time = self.pid(OPERATING_TIME, HOUR, FOUND)
+        coded = {self.pid(quantity, HOUR, FOUND) for _, quantity, _, _, _, planned, *_ in HOURLY if planned}
+        for p in self.parameters:
+            if p.io_type in (CONSTANT, PLAN_CONSTANT) or p.pid == operating_time:
+                continue
+            self.special(p.pid, OPERATING_TIME_PID, number_form(operating_time))
+            if p.pid in coded:
+                self.special(p.pid, AVAILABLE_CODES, ",".join(map(str, codes.available())))
+
     def nameplate(self, plant, unit):
         self.constant(NAMEPLATE, "Nameplate capacity", "MW", sources.nameplate(plant, unit), "list of facilities and units",
                       io_type=CONSTANT)
@@ -89,8 +155,10 @@ class Builder:
         """Derived minutes of one column, with averages of quarter hours and hours over them."""
         derived = self.derived(quantity, MINUTE, f"{name}, minute", units, "0." + "0" * decimals,
                                f"made from column {column} of the hourly file", how, "average")
-        for time_type, suffix, number in ((QUARTER_HOUR, "quarter hour", 0), (HOUR, "hour from minutes", 1)):
-            self.aggregate(quantity, time_type, f"{name}, {suffix}", units, "0.000", "average", derived, number)
+        quarter, hour = (self.aggregate(quantity, time_type, f"{name}, {suffix}", units, "0.000", "average", derived, number)
+                         for time_type, suffix, number in ((QUARTER_HOUR, "quarter hour", 0), (HOUR, "hour from minutes", 1)))
+        day = self.aggregate(quantity, DAY, f"{name}, day from minutes", units, "0.000", "average", hour, 3)
+        self.relationships += [(derived, quarter), (derived, hour), (hour, day)]
         return Minutes(derived, column, decimals, per_hour_total)
 
     def common_calculations(self):
@@ -116,6 +184,7 @@ class Builder:
             self.aggregate(SO2_MASS, time_type, f"SO2 mass {of}", "lb", "0", "sum", hour[SO2_MASS])
             self.aggregate(NOX_RATE, time_type, f"NOx rate {of}", "lb/mmBtu", "0.000", "average", hour[NOX_RATE])
             self.aggregate(NOX_MASS, time_type, f"NOx mass {of}", "lb", "0", "sum", hour[NOX_MASS])
+        self.relationships += [(pid, self.pid(quantity, DAY, CALCULATED)) for quantity, pid in hour.items()]
         for quantity, name in ((SO2_MASS, "SO2"), (NOX_MASS, "NOx")):
             self.formula(quantity, MONTH, f"{name} mass of the month, tons", "ton", "0.0",
                          f"{name} mass of the month in short tons", "{0} / {1}", (self.pid(quantity, MONTH, CALCULATED), pounds), 1)
@@ -149,9 +218,13 @@ def barry5():
                    f"monitoring plan, default CO2N of stack {stack}", number=number)
     b.nameplate("3", "5")
     b.common_calculations()
+    b.identity("3", "5")
+    b.analyzers(plan.analyzers(), "no values of it were found in public")
+    b.operation()
     facts = (("dahs_id", "1"), ("site_id", "BARRY5"), ("description", "Barry unit 5"),
              ("complete_name", "Barry (ORIS 3), Alabama, unit 5: hourly emissions of 2007, July and August absent"))
-    return Site("barry5", facts, b.hourly_file, plan, tuple(b.parameters), columns_of(b), minutes, status)
+    return Site("barry5", "3", facts, b.hourly_file, plan, tuple(b.parameters), columns_of(b), minutes, status,
+                tuple(b.special_values), tuple(b.relationships))
 
 
 def smith_sct1():
@@ -169,10 +242,14 @@ def smith_sct1():
     b.formula(SO2_MASS, HOUR, "SO2 mass on gas, calculated", "lb/hr", "0.000",
               "SO2 rate of pipeline gas times heat input (equation D-5)", "{0} * {1}", (so2, b.pid(HEAT, HOUR, FOUND)))
     b.common_calculations()
+    b.identity("54", "SCT1")
+    b.analyzers(plan.analyzers(), "there since 2014-10-01, after the hours of this site")
+    b.operation()
     facts = (("dahs_id", "2"), ("site_id", "SMITHCT1"), ("description", "Smith combustion turbine SCT1"),
              ("complete_name", "Smith Generating Facility (ORIS 54), Kentucky, combustion turbine SCT1: hourly emissions of 2007, "
                                "January to April and October to December"))
-    return Site("smith-sct1", facts, b.hourly_file, plan, tuple(b.parameters), columns_of(b), (), None)
+    return Site("smith-sct1", "54", facts, b.hourly_file, plan, tuple(b.parameters), columns_of(b), (), None,
+                tuple(b.special_values), tuple(b.relationships))
 
 
 def all_sites():

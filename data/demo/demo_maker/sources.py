@@ -2,6 +2,8 @@
 
 import csv
 import json
+import re
+from collections import namedtuple
 from pathlib import Path
 
 SOURCE = Path(__file__).resolve().parent.parent / "source"
@@ -68,6 +70,20 @@ def unit_in_text(table, code):
     return code_text(table, code).split("(")[1].split(")")[0]
 
 
+def parameter_codes():
+    """Code and description of the tables of monitoring-plan and formula parameters, in their order."""
+    return [(row["code"], row["description"]) for row in read_csv("code_tables.csv")
+            if row["table"] in ("monitoring_parameter", "formula_parameter")]
+
+
+# What an analyzer or monitor of a monitoring plan is: its type and number, the stack or unit that it stands at, and
+# whether it is in service at the end of the data (or has come later), not replaced before it.
+Analyzer = namedtuple("Analyzer", "type component place in_service")
+
+RANGE_NAMES = {"H": "high range", "L": "low range"}
+ANALYZER_TYPES = ("SO2", "NOX", "CO2", "O2", "FLOW", "OP")
+
+
 class BarryPlan:
     """Monitoring plan of Barry unit 5 in 2007: the unit (11) and its two stacks MS5A (9) and MS5B (10)."""
 
@@ -93,6 +109,17 @@ class BarryPlan:
 
     def default(self, stack, parameter):
         return self._row("default", mon_loc_id=self.STACKS[stack], parameter_cd=parameter)["default_value"]
+
+    def analyzers(self):
+        """Those of both stacks, in the order of stacks, the ones in service first."""
+        found = {}
+        for row in read_csv("barry_plan_component.csv"):
+            for stack, location in self.STACKS.items():
+                if row["mon_loc_id"] == location:
+                    key = (stack, row["component_type_cd"], row["component_identifier"])
+                    found[key] = max(found.get(key, ""), row["end_date"] or YEAR_END)
+        analyzers = [Analyzer(kind, component, stack, end >= YEAR_END) for (stack, kind, component), end in found.items()]
+        return sorted(analyzers, key=lambda a: (not a.in_service, a.place, ANALYZER_TYPES.index(a.type)))
 
     def measured_by_certified_primary(self, parameter):
         """Both stacks monitor the parameter continuously, and all their systems are primary ones."""
@@ -128,13 +155,40 @@ class SmithPlan:
     def default(self, parameter, fuel):
         return str(self._record("monitoringDefaultData", parameterCode=parameter, fuelCode=fuel)["defaultValue"])
 
+    def analyzers(self):
+        """The ones that came in 2014; in 2007 there were none. One for each range of theirs that has a span."""
+        ranges = {}
+        for record in self._plan["monitoringSpanData"]:
+            ranges.setdefault(record["componentTypeCode"], []).append(record["spanScaleCode"])
+        return [Analyzer(c["componentTypeCode"], c["componentId"], RANGE_NAMES[scale], True)
+                for c in sorted(self._plan["componentData"], key=lambda c: c["componentId"]) if c["analyzerRangeData"]
+                for scale in ranges[c["componentTypeCode"]]]
+
     def measured_by_certified_primary(self, parameter):
         methods = {r["monitoringMethodCode"] for r in self._plan["monitoringMethodData"]
                    if r["parameterCode"] == parameter and in_effect(r["beginDate"], r["endDate"])}
         return methods == {"CEM"}
 
 
+def _facility_unit(plant, unit):
+    return the_only((r for r in read_csv("facilities_units.csv")
+                     if (r["CAMD_PLANT_ID"], r["CAMD_UNIT_ID"]) == (plant, unit)), f"unit {plant} {unit}")
+
+
 def nameplate(plant, unit):
-    row = the_only((r for r in read_csv("facilities_units.csv")
-                    if (r["CAMD_PLANT_ID"], r["CAMD_UNIT_ID"]) == (plant, unit)), f"unit {plant} {unit}")
-    return row["CAMD_NAMEPLATE_CAPACITY"]
+    return _facility_unit(plant, unit)["CAMD_NAMEPLATE_CAPACITY"]
+
+
+def unit_name(plant, unit):
+    """Name of the facility and number of the unit."""
+    row = _facility_unit(plant, unit)
+    return f"{row['CAMD_FACILITY_NAME']} {row['CAMD_UNIT_ID']}"
+
+
+def units_of_2007(plant):
+    """Number and name of the units of a plant that have a plain number and stood there in 2007."""
+    for row in read_csv("facilities_units.csv"):
+        number = re.fullmatch(r"(?:SCT)?(\d+)", row["CAMD_UNIT_ID"])
+        since, retired = row["CAMD_STATUS_DATE"][:10], row["CAMD_STATUS"] == "RET"
+        if row["CAMD_PLANT_ID"] == plant and number and (since > YEAR_END) == retired:
+            yield int(number[1]), unit_name(plant, row["CAMD_UNIT_ID"])

@@ -74,6 +74,11 @@ def site_files(site):
     files = {
         "site.csv": csv_text(("key", "value"), site.facts),
         "monitor_codes.csv": csv_text(("code", "short_name", "long_name", "rank"), codes.rows()),
+        "units.csv": csv_text(("unit", "name"), sources.units_of_2007(site.plant)),
+        "parameter_codes.csv": csv_text(("code", "short_name", "long_name"),
+                                        ((number, *names) for number, names in enumerate(sources.parameter_codes(), 1))),
+        "special_values.csv": csv_text(("pid", "id", "type", "value"), site.special_values),
+        "relationships.csv": csv_text(("pid", "related_pid"), site.relationships),
         "parameters.csv": csv_text(sites.COLUMNS, ([getattr(p, c) for c in sites.COLUMNS] for p in site.parameters)),
         "values/hourly-2007.csv": hourly_text(site, hours),
     }

@@ -185,6 +185,100 @@ class TheDemoSites(unittest.TestCase):
         for site, constants in known.items():
             self.assertEqual({pid: site.parameters[pid_number(pid)].value for pid in constants}, constants)
 
+    def pids_of(self, site, parameter_type, **wanted):
+        """PIDs of a type whose special values are those wanted (by id without its minus); one that is absent counts as false."""
+        def fits(pid):
+            return all(site.special_values.get((pid, -int(number[1:])), False) == value for number, value in wanted.items())
+        return {pid for pid, p in site.parameters.items() if p.type == parameter_type and fits(pid)}
+
+    def test_the_lists_that_clients_ask_for_are_those_of_the_monitoring_plans(self):
+        def pids(*texts):
+            return {pid_number(text) for text in texts}
+        stacks = ("01", "02")
+        gases, flow, opacity = (110, 111, 112), 114, 115
+        current = pids(*(f"5-{b}-1-00-{e}" for b in (*gases, flow) for e in stacks))
+        opacities = pids(*(f"5-{opacity}-1-00-{e}" for e in stacks))
+        interference = pids(*(f"5-116-1-00-{e}" for e in stacks))
+        replaced = pids(*(f"5-{b}-1-00-03" for b in gases))
+        of_2014 = pids("1-111-1-00-01", "1-111-1-00-02", "1-113-1-00-01")
+        program = {"_22": "40CFR75", "_25": False}
+        for site, plan_75, checks, others, gone in ((self.barry, current, interference, opacities, replaced),
+                                                    (self.smith, of_2014, set(), set(), set())):
+            self.assertEqual(self.pids_of(site, 3), plan_75 | checks | others | gone)
+            self.assertEqual(self.pids_of(site, 3, _25=False), plan_75 | checks | others)
+            self.assertEqual(self.pids_of(site, 3, **program, _114=False, _117=False, _118=False), plan_75)
+            self.assertEqual(self.pids_of(site, 3, **program, _117=True), checks)
+        self.assertEqual(self.pids_of(self.barry, 45, _32=1), pids(*(f"5-{b + 10}-1-00-{e}" for b in gases for e in stacks)))
+        self.assertEqual(self.pids_of(self.barry, 45, _32=0), pids(*(f"5-{b + 10}-1-00-03" for b in gases)))
+        self.assertEqual(self.pids_of(self.smith, 45, _32=1), {pid + 10 * 10**5 for pid in of_2014})
+
+    def test_analyzers_are_those_of_the_monitoring_plan_and_have_no_values(self):
+        stacks = {"9": "MS5A", "10": "MS5B"}
+        planned = {(r["component_identifier"], stacks[r["mon_loc_id"]], r["end_date"] < "2007-12-31")
+                   for r in source("barry_plan_component.csv")}
+        listed = set()
+        for pid in self.pids_of(self.barry, 3):
+            component, stack = self.barry.parameters[pid].name.rsplit(" ", 2)[1:]
+            listed.add((component.rstrip(","), stack, self.barry.special_values[pid, -25]))
+        self.assertEqual(listed, planned)
+        for site in self.hourly:
+            for parameter_type in (3, 45):
+                self.assertEqual({pid for pid in self.pids_of(site, parameter_type) if site.values[pid]}, set())
+
+    def test_units_report_under_the_numbers_of_their_plants(self):
+        listed = {(r["CAMD_PLANT_ID"], r["CAMD_UNIT_ID"]): r["CAMD_FACILITY_NAME"] for r in source("facilities_units.csv")}
+        for site, number, plant, unit in ((self.barry, 5, "3", "5"), (self.smith, 1, "54", "SCT1")):
+            pid = pid_number(f"{number}-001-0-00-00")
+            name = f"{listed[plant, unit]} {unit}"
+            self.assertEqual([site.special_values[pid, i] for i in (-17, -95, -97)], [True, int(plant), unit])
+            self.assertEqual((site.parameters[pid].value, site.units[number]["name"]), (name, name))
+            for other in site.units.values():
+                facility, other_unit = other["name"].rsplit(" ", 1)
+                self.assertEqual(listed[plant, other_unit], facility)
+        self.assertEqual((sorted(self.barry.units), sorted(self.smith.units)), ([1, 2, 3, 4, 5], [1, 2, 3, 4, 5, 6, 7]))
+
+    def test_every_parameter_but_constants_has_the_operating_time_of_its_unit(self):
+        for site, unit in ((self.barry, 5), (self.smith, 1)):
+            time = pid_number(f"{unit}-010-3-00-00")
+            expected = {pid: time for pid, p in site.parameters.items() if p.io_type not in (4, 34) and pid != time}
+            self.assertEqual({pid: v for (pid, i), v in site.special_values.items() if i == 1001}, expected)
+            self.assertEqual((site.parameters[time].units, site.parameters[time].interval.seconds), ("hr", 3600))
+
+    def test_codes_that_count_as_available_are_measured_by_the_code_table(self):
+        measured = {int(r["modc"]) for r in source("modc_codes.csv") if r["class"] == "measured"}
+        substitutes = {int(r["modc"]) for r in source("modc_codes.csv") if r["class"] == "substitute"}
+        for site in self.hourly:
+            lists = {pid: {int(code) for code in v.split(",")} for (pid, i), v in site.special_values.items() if i == 1002}
+            self.assertEqual({pid // 10**5 % 1000 for pid in lists}, {30, 40, 50, 51})
+            for available in lists.values():
+                self.assertLessEqual({1, 2, 3, 4}, available)
+                self.assertLessEqual(available, (measured | {101, 102}) & set(site.codes))
+                self.assertEqual(available & (substitutes | {OFF, DERIVED, 103, 104, 198}), set())
+        # Barry's NOx rate: 5170 hours measured, 47 not, of 5217 operating ones.
+        available = {int(code) for code in self.barry.special_values[pid_number("5-050-3-00-00"), 1002].split(",")}
+        self.assertEqual(sum(v.mc in available for v in self.hour_series(self.barry, "050")), 5170)
+
+    def test_relationships_join_minutes_hours_and_days_of_one_quantity(self):
+        for site, unit in ((self.barry, 5), (self.smith, 1)):
+            groups = {frozenset(group) for group in site.related.values()}
+            seconds = {tuple(sorted(site.parameters[pid].interval.seconds for pid in group)) for group in groups}
+            self.assertEqual(seconds, {(3600, 86400), (60, 900, 3600, 86400)} if unit == 5 else {(3600, 86400)})
+            self.assertEqual(len(groups), 9 if unit == 5 else 6)
+            for group in groups:
+                self.assertEqual(len({pid // 10**5 for pid in group}), 1)
+                # One level is stored: the shortest, which the others follow.
+                stored = [site.parameters[pid] for pid in group if site.parameters[pid].io_type == DATABASE]
+                self.assertEqual([p.interval.seconds for p in stored],
+                                 [min(site.parameters[pid].interval.seconds for pid in group)])
+                self.assertTrue(site.values[stored[0].pid])
+
+    def test_parameter_codes_are_those_of_the_code_tables(self):
+        rows = [(r["code"], r["description"]) for r in source("code_tables.csv")
+                if r["table"] in ("monitoring_parameter", "formula_parameter")]
+        for site in self.hourly:
+            self.assertEqual([(r["short_name"], r["long_name"]) for r in site.parameter_codes.values()], rows)
+            self.assertEqual(list(site.parameter_codes), list(range(1, 29)))
+
     def test_nox_mass_agrees_with_rate_times_heat_input(self):
         for site in self.hourly:
             rate, heat, mass = ([v.value for v in self.hour_series(site, q)] for q in ("050", "030", "051"))
@@ -237,6 +331,10 @@ class TheDemoSites(unittest.TestCase):
             self.assertEqual([line for line in lines if f"| {line.split(',')[0]} |" not in provenance], [])
             for path in (site.folder / "values").iterdir():
                 self.assertRegex(provenance, rf"`[*a-z0-9-]+/values/{path.name}`")
+            for path in site.folder.glob("*.csv"):
+                self.assertIn(f"| `*/{path.name}` |", provenance)
+            for _, number in site.special_values:
+                self.assertRegex(provenance, rf"\n\| (-?\d+, )*{number}(, -?\d+)* \|")
 
     def test_the_texts_name_the_status(self):
         status = self.series(self.barry, "5-015-3-01-00")

@@ -86,7 +86,7 @@ def test_sites():
     check("without sites the list says how to load one", ["site", "list"], DONE, err=["vtdn site import"])
     check("without sites a read says how to load one", ["read", SO2, "--day", "2007-01-08"], ENVIRONMENT, err=["vtdn site import"])
     check("a plant is loaded", ["site", "import", windows(SOURCE / "data/demo/barry5"), "--progress"], DONE,
-          out=["Loaded DAHS 1 (BARRY5)", "57 parameters"], err=["Loading: 100 %"])
+          out=["Loaded DAHS 1 (BARRY5)", "85 parameters"], err=["Loading: 100 %"])
     check("a plant is not loaded twice unasked", ["site", "import", windows(SOURCE / "data/demo/barry5")], REFUSED, err=["--update"])
     check("one site needs no --dahs", ["params", "list", "so2"], DONE, out=[SO2])
     check("a second plant is loaded", ["site", "import", windows(SOURCE / "data/demo/smith-sct1")], DONE, out=["Loaded DAHS 2"])
