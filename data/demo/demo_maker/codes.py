@@ -37,8 +37,8 @@ def flag_code(flag, certified_primary):
 
 
 def available():
-    """Codes that count as available data: measured by what the regulation or a check of the agency's says, never on the
-    collector's word alone, and of the demo's own ones those that are measured or calculated."""
+    """Codes that count as available data: measured ones whose wording is not unverified, and of the demo's own codes those
+    for measured and calculated."""
     measured = [int(row["modc"]) for row in sources.read_csv("modc_codes.csv")
                 if row["class"] == "measured" and row["status"] != "unverified"]
     return sorted(measured + [FLAG_BASE + int(flag) for flag in AVAILABLE_FLAGS])

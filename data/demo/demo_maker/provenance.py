@@ -61,20 +61,20 @@ SPECIAL_VALUES = """## Analyzers and special values
 
 The analyzers and monitors are those of the monitoring plans. Barry 5: what belonged to a system of its two stacks on any day of 2007;
 on stack MS5B three of them were replaced on 2007-03-31. Smith SCT1 had none in 2007 (its NOx rate came from fuel flow, appendix E of
-40 CFR 75); its parameters are for those of 2014, one for each range that has a span. None of them has values: there is no public record
-of what they measured. Type 3 is for calibrations, which 40 CFR 75 appendix B 2.1 asks for each day, and the daily interference check of
+40 CFR 75); its parameters are for those of 2014, one for each range that has a span. None of them has values: no public
+record of what they measured was found. Type 3 is for calibrations, which 40 CFR 75 appendix B 2.1 asks for each day, and the daily interference check of
 flow monitors, 2.1.2 there; type 45 for the quarterly linearity check of gas analyzers, 2.2.1.
 
 | id | on | value | why |
 |---|---|---|---|
-| -17, -95, -97 | the unit's own parameter | true; plant number; unit | the plants report electronically under these, as found in the list of facilities and units |
+| -17, -95, -97 | the unit's own parameter | true; plant number; unit | plant and unit as found in the list of facilities and units; that it reports is derived from the hourly data that it reported |
 | -22 | parameters of type 3 | 40CFR75; 40CFR60 for opacity | the plans are those of 40 CFR 75; its 75.14 leaves opacity monitors to 40 CFR 60 |
 | -25 | parameters of type 3 | true for analyzers that were replaced in 2007 | end of their time in the monitoring plan |
 | -117 | parameters of type 3 | true for interference checks | |
 | -114, -118 | parameters of type 3 | false | nothing in the plans that they could stand for |
 | -32 | parameters of type 45 | 1; 0 for analyzers that were replaced in 2007 | as -25 |
 | 1001 | all but constants | the unit's operating time | the operating time itself has none |
-| 1002 | hourly values whose codes come from flags | {0} | codes that mean measured in the code table, where its source is the regulation or a check text of EPA's and not the collector's word, with the demo's own 101 measured and 102 calculated |
+| 1002 | hourly values whose codes come from flags | {0} | codes of the class measured in the code table, those left out whose wording there is unverified; with the demo's own 101 measured and 102 calculated |
 
 """
 
