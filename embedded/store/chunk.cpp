@@ -27,67 +27,68 @@ void put(Blob& blob, T value) {
     std::memcpy(blob.data() + at, &value, sizeof value);
 }
 
-void putSegment(Blob& blob, std::uint8_t kind, std::size_t count) {
+void putSegment(Blob& blob, std::uint8_t kind, std::int32_t count) {
     put(blob, kind);
     put(blob, static_cast<std::uint16_t>(count));
 }
 
-// Number of items from the first on that agree in what the function says.
-template <typename What>
-std::size_t runLength(std::span<const Item> items, What what) {
-    std::size_t n = 1;
-    while (n < items.size() && what(items[n]) == what(items[0])) ++n;
-    return n;
+void putBytes(Blob& blob, std::span<const std::byte> bytes) {
+    blob.insert(blob.end(), bytes.begin(), bytes.end());
 }
 
-template <typename T>
-void putNumbers(Blob& blob, std::span<const Item> items) {
-    const std::size_t at = blob.size();
-    blob.resize(at + items.size() * sizeof(T));
-    std::byte* to = blob.data() + at;
-    for (const Item& item : items) {
-        std::memcpy(to, &std::get<T>(item.value), sizeof(T));
-        to += sizeof(T);
-    }
+void putText(Blob& blob, std::string_view text) {
+    if (text.size() > longestText)
+        throw Error(ErrorKind::badValue, "A text of " + std::to_string(text.size()) +
+                                             " bytes is too long to be stored. The longest has " +
+                                             std::to_string(longestText) + ".");
+    put(blob, static_cast<std::uint16_t>(text.size()));
+    putBytes(blob, std::as_bytes(std::span(text)));
 }
 
-void putTexts(Blob& blob, std::span<const Item> items) {
-    for (const Item& item : items) {
-        const auto& text = std::get<std::string>(item.value);
-        if (text.size() > longestText)
-            throw Error(ErrorKind::badValue, "A text of " + std::to_string(text.size()) +
-                                                 " bytes is too long to be stored. The longest has " +
-                                                 std::to_string(longestText) + ".");
-        put(blob, static_cast<std::uint16_t>(text.size()));
-        const auto* bytes = reinterpret_cast<const std::byte*>(text.data());
-        blob.insert(blob.end(), bytes, bytes + text.size());
-    }
-}
-
-void putValues(Blob& blob, std::span<const Item> items) {
-    while (!items.empty()) {
-        const std::size_t n = runLength(items, [](const Item& item) { return item.value.index(); });
-        const auto same = items.first(n);
-        const ValueKind kind = kindOf(items[0].value);
-        putSegment(blob, static_cast<std::uint8_t>(kind), n);
-        switch (kind) {
-            case ValueKind::null:
-                break;
-            case ValueKind::integer:
-                putNumbers<std::int32_t>(blob, same);
-                break;
-            case ValueKind::single:
-                putNumbers<float>(blob, same);
-                break;
-            case ValueKind::real:
-                putNumbers<double>(blob, same);
-                break;
-            case ValueKind::text:
-                putTexts(blob, same);
-                break;
+void putValues(Blob& blob, const Run& run, std::int32_t first, std::int32_t count) {
+    run.forEachValues(first, count, [&](const Run::Values& s, std::int32_t skip, std::int32_t take) {
+        putSegment(blob, static_cast<std::uint8_t>(s.kind), take);
+        if (s.kind == ValueKind::null) return;
+        if (s.kind == ValueKind::text) {
+            for (std::int32_t i = 0; i < take; ++i) putText(blob, run.text(s, skip + i));
+            return;
         }
-        items = items.subspan(n);
-    }
+        const std::size_t size = sizeOf(s.kind);
+        putBytes(blob, run.numbers(s).subspan(static_cast<std::size_t>(skip) * size,
+                                              static_cast<std::size_t>(take) * size));
+    });
+}
+
+using CodeArray = std::array<MonitorCode, slotsPerChunk>;
+
+// The codes of a part of a run, one for each interval.
+std::span<const MonitorCode> spreadCodes(const Run& run, std::int32_t first, std::int32_t count,
+                                         CodeArray& array) {
+    auto to = array.begin();
+    run.forEachCodes(first, count, [&](const Run::Codes& s, std::int32_t skip, std::int32_t take) {
+        to = s.same ? std::fill_n(to, take, s.code) : std::copy_n(run.codesOf(s).begin() + skip, take, to);
+    });
+    return {array.begin(), to};
+}
+
+// Number of intervals up to the last one that holds a value or a code.
+std::int32_t countUsed(const Run& run, std::int32_t first, std::span<const MonitorCode> codes) {
+    const auto last = std::find_if(codes.rbegin(), codes.rend(), [](MonitorCode code) { return code != 0; });
+    auto used = static_cast<std::int32_t>(codes.rend() - last);
+    std::int32_t at = 0;
+    run.forEachValues(first, static_cast<std::int32_t>(codes.size()),
+                      [&](const Run::Values& s, std::int32_t, std::int32_t take) {
+                          at += take;
+                          if (s.kind != ValueKind::null) used = std::max(used, at);
+                      });
+    return used;
+}
+
+// Number of codes from the first on that are the same.
+std::size_t stretchLength(std::span<const MonitorCode> codes) {
+    const auto other =
+        std::find_if(codes.begin(), codes.end(), [&](MonitorCode code) { return code != codes[0]; });
+    return static_cast<std::size_t>(other - codes.begin());
 }
 
 template <typename T>
@@ -96,36 +97,30 @@ bool fits(MonitorCode low, MonitorCode high) {
 }
 
 template <typename T>
-void putCodeArray(Blob& blob, std::span<const Item> items) {
-    putSegment(blob, sizeof(T), items.size());
-    for (const Item& item : items) put(blob, static_cast<T>(item.code));
+void putCodeArray(Blob& blob, std::span<const MonitorCode> codes) {
+    putSegment(blob, sizeof(T), static_cast<std::int32_t>(codes.size()));
+    for (const MonitorCode code : codes) put(blob, static_cast<T>(code));
 }
 
 // Stretches of one code each, or an array of the narrowest width that fits: whichever is smaller.
-void putCodes(Blob& blob, std::span<const Item> items) {
-    const auto code = [](const Item& item) { return item.code; };
+void putCodes(Blob& blob, std::span<const MonitorCode> codes) {
     std::size_t stretches = 0;
-    MonitorCode low = items[0].code;
-    MonitorCode high = low;
-    for (auto rest = items; !rest.empty(); rest = rest.subspan(runLength(rest, code))) {
-        ++stretches;
-        low = std::min(low, rest[0].code);
-        high = std::max(high, rest[0].code);
-    }
-    const std::size_t width = fits<std::int8_t>(low, high) ? 1 : fits<std::int16_t>(low, high) ? 2 : 4;
-    if (stretches * (3 + sizeof(MonitorCode)) <= 3 + items.size() * width) {
-        for (auto rest = items; !rest.empty();) {
-            const std::size_t n = runLength(rest, code);
-            putSegment(blob, 0, n);
-            put(blob, rest[0].code);
+    for (auto rest = codes; !rest.empty(); rest = rest.subspan(stretchLength(rest))) ++stretches;
+    const auto [low, high] = std::minmax_element(codes.begin(), codes.end());
+    const std::size_t width = fits<std::int8_t>(*low, *high) ? 1 : fits<std::int16_t>(*low, *high) ? 2 : 4;
+    if (stretches * (3 + sizeof(MonitorCode)) <= 3 + codes.size() * width) {
+        for (auto rest = codes; !rest.empty();) {
+            const std::size_t n = stretchLength(rest);
+            putSegment(blob, 0, static_cast<std::int32_t>(n));
+            put(blob, rest[0]);
             rest = rest.subspan(n);
         }
     } else if (width == 1) {
-        putCodeArray<std::int8_t>(blob, items);
+        putCodeArray<std::int8_t>(blob, codes);
     } else if (width == 2) {
-        putCodeArray<std::int16_t>(blob, items);
+        putCodeArray<std::int16_t>(blob, codes);
     } else {
-        putCodeArray<std::int32_t>(blob, items);
+        putCodeArray<std::int32_t>(blob, codes);
     }
 }
 
@@ -264,18 +259,21 @@ std::uint32_t checksum(std::span<const std::byte> bytes, std::uint64_t seed) {
     return sum ^ (sum >> 13);
 }
 
-void encodeChunk(std::span<const Item> items, std::uint64_t key, Blob& result) {
+void encodeChunk(const Run& run, std::int32_t first, std::int32_t count, std::uint64_t key, Blob& result) {
     result.clear();
-    while (!items.empty() && items.back() == Item{}) items = items.first(items.size() - 1);
-    if (items.empty()) return;
-    if (items.size() > static_cast<std::size_t>(slotsPerChunk))
+    if (count > slotsPerChunk)
         throw Error(ErrorKind::internal, "A chunk was given more intervals than it can hold.");
+    CodeArray array;
+    auto codes = spreadCodes(run, first, count, array);
+    const std::int32_t used = countUsed(run, first, codes);
+    if (used == 0) return;
+    codes = codes.first(static_cast<std::size_t>(used));
     put(result, formatVersion);
     put(result, std::byte{0});
-    put(result, static_cast<std::uint16_t>(items.size()));
+    put(result, static_cast<std::uint16_t>(used));
     put(result, std::uint32_t{0});
-    putValues(result, items);
-    putCodes(result, items);
+    putValues(result, run, first, used);
+    putCodes(result, codes);
     const std::uint32_t sum = checksum(std::span<const std::byte>(result).subspan(headerSize), key);
     std::memcpy(result.data() + 4, &sum, sizeof sum);
 }
@@ -297,26 +295,6 @@ void decodeChunk(std::span<const std::byte> blob, std::uint64_t key, std::int32_
     });
     run.appendCode(0, overlap(n, slotsPerChunk - n, first, count).take);
     if (!reader.atEnd()) damaged();
-}
-
-std::vector<Item> unpackChunk(std::span<const std::byte> blob, std::uint64_t key) {
-    Run run;
-    decodeChunk(blob, key, 0, slotsPerChunk, run);
-    run.finish(slotsPerChunk);
-    std::vector<Item> items(static_cast<std::size_t>(slotsPerChunk));
-    for (const Run::Values& s : run.values()) {
-        Item* item = &items[static_cast<std::size_t>(s.first)];
-        const auto assign = [&item](const auto& numbers) {
-            for (const auto number : numbers) (item++)->value = number;
-        };
-        if (s.kind == ValueKind::integer) assign(run.integers(s));
-        if (s.kind == ValueKind::single) assign(run.singles(s));
-        if (s.kind == ValueKind::real) assign(run.reals(s));
-        if (s.kind == ValueKind::text)
-            for (std::int32_t i = 0; i < s.count; ++i) (item++)->value = std::string(run.text(s, i));
-    }
-    for (std::int32_t i = 0; i < slotsPerChunk; ++i) items[static_cast<std::size_t>(i)].code = run.code(i);
-    return items;
 }
 
 }  // namespace vtdn::store

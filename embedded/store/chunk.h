@@ -40,16 +40,14 @@ struct DamagedChunk : std::exception {
     }
 };
 
-/// The packed form of up to slotsPerChunk intervals; empty when they hold nothing but no value and code 0.
-/// The key is the chunk's place in the file. Throws badValue for a text longer than longestText.
-void encodeChunk(std::span<const Item> items, std::uint64_t key, Blob& result);
+/// The packed form of intervals first to first + count - 1 of a run, up to slotsPerChunk of them; empty when
+/// they hold nothing but no value and code 0. The key is the chunk's place in the file. Throws badValue for a
+/// text longer than longestText.
+void encodeChunk(const Run& run, std::int32_t first, std::int32_t count, std::uint64_t key, Blob& result);
 
 /// Appends slots first to first + count - 1 to a run. Throws DamagedChunk; the run is then to be thrown away.
 void decodeChunk(std::span<const std::byte> blob, std::uint64_t key, std::int32_t first, std::int32_t count,
                  Run& run);
-
-/// All slots of a chunk, slotsPerChunk of them. Throws DamagedChunk.
-[[nodiscard]] std::vector<Item> unpackChunk(std::span<const std::byte> blob, std::uint64_t key);
 
 /// Checksum of a block of bytes. Differs for any single changed 32-bit word; 2^-32 otherwise.
 [[nodiscard]] std::uint32_t checksum(std::span<const std::byte> bytes, std::uint64_t seed);

@@ -55,7 +55,7 @@ void Load::replaceUnits(std::span<const UnitName> units) {
     state_->site.flushCache();
 }
 
-void Load::append(Pid pid, Time time, Item item) {
+void Load::append(Pid pid, Time time, const Item& item) {
     requireStorable(pid, item.value);
     auto at = state_->appenders.find(pid);
     if (at == state_->appenders.end()) {
@@ -63,7 +63,7 @@ void Load::append(Pid pid, Time time, Item item) {
         SeriesStore& store = state_->site.storeOf(key.interval);
         at = state_->appenders.emplace(pid, SeriesStore::Appender(store, key)).first;
     }
-    at->second.append(time, std::move(item));
+    at->second.append(time, item);
 }
 
 void Load::commit() {

@@ -6,10 +6,6 @@
 namespace vtdn::store {
 namespace {
 
-std::size_t sizeOf(ValueKind kind) {
-    return kind == ValueKind::real ? sizeof(double) : sizeof(float);
-}
-
 // The segment that holds interval i, looked for at the hint and behind it first.
 template <typename Segment>
 const Segment& find(const std::vector<Segment>& segments, std::int32_t i, std::size_t& hint) {
@@ -156,6 +152,29 @@ std::byte* Run::appendCodes(std::int32_t n) {
         code_count_ += n;
     }
     return room;
+}
+
+void Run::appendValuesOf(const Run& other, std::int32_t first, std::int32_t count) {
+    other.forEachValues(first, count, [&](const Values& s, std::int32_t skip, std::int32_t take) {
+        if (s.kind == ValueKind::null) return appendNulls(take);
+        if (s.kind == ValueKind::text) {
+            for (std::int32_t i = 0; i < take; ++i) appendText(other.text(s, skip + i));
+            return;
+        }
+        const std::size_t size = sizeOf(s.kind);
+        const auto bytes = other.numbers(s).subspan(static_cast<std::size_t>(skip) * size,
+                                                    static_cast<std::size_t>(take) * size);
+        std::memcpy(appendNumbers(s.kind, take), bytes.data(), bytes.size());
+    });
+}
+
+void Run::appendCodesOf(const Run& other, std::int32_t first, std::int32_t count) {
+    other.forEachCodes(first, count, [&](const Codes& s, std::int32_t skip, std::int32_t take) {
+        if (s.same) return appendCode(s.code, take);
+        const auto codes =
+            other.codesOf(s).subspan(static_cast<std::size_t>(skip), static_cast<std::size_t>(take));
+        std::memcpy(appendCodes(take), codes.data(), codes.size_bytes());
+    });
 }
 
 void Run::finish(std::int32_t count) {

@@ -1,6 +1,8 @@
-// A run of consecutive intervals as it was read: few long segments instead of one object per interval.
+// A run of consecutive intervals as it was read or is to be written: few long segments instead of one object
+// per interval.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -28,6 +30,11 @@ class Buffer {
     std::size_t size_ = 0;
     std::size_t capacity_ = 0;
 };
+
+/// Bytes of a number of a kind.
+[[nodiscard]] constexpr std::size_t sizeOf(ValueKind kind) {
+    return kind == ValueKind::real ? sizeof(double) : sizeof(float);
+}
 
 /// The intervals of a Span with their values and monitor codes. Values come in segments of one kind and codes
 /// in segments of one code or of an array of codes, each list covering the whole span in order and without
@@ -62,6 +69,10 @@ class Run {
     [[nodiscard]] std::span<const double> reals(const Values& s) const { return at<double>(s); }
     /// Text i of a segment of texts, i from 0.
     [[nodiscard]] std::string_view text(const Values& s, std::int32_t i) const;
+    /// The numbers of a segment of any kind of them, as they lie in memory.
+    [[nodiscard]] std::span<const std::byte> numbers(const Values& s) const {
+        return {buffer_.data() + s.offset, static_cast<std::size_t>(s.count) * sizeOf(s.kind)};
+    }
     /// The codes of a segment whose codes are not the same.
     [[nodiscard]] std::span<const MonitorCode> codesOf(const Codes& s) const {
         return {reinterpret_cast<const MonitorCode*>(code_buffer_.data() + s.offset),
@@ -73,6 +84,17 @@ class Run {
     [[nodiscard]] MonitorCode code(std::int32_t i) const;
     [[nodiscard]] Item item(std::int32_t i) const { return {value(i), code(i)}; }
 
+    /// Calls each(segment, skip, take) for every segment that some of the intervals first to first + count -
+    /// 1 lie in: take of its intervals do, behind skip of them that do not.
+    template <typename Each>
+    void forEachValues(std::int32_t first, std::int32_t count, Each each) const {
+        forEachPart(values_, first, count, each);
+    }
+    template <typename Each>
+    void forEachCodes(std::int32_t first, std::int32_t count, Each each) const {
+        forEachPart(codes_, first, count, each);
+    }
+
     // Building. Segments are joined where the kind goes on.
 
     /// Empties the run and keeps its memory: reading into a run again allocates nothing.
@@ -80,7 +102,7 @@ class Run {
     /// Bytes that clear() keeps.
     [[nodiscard]] std::size_t memory() const { return buffer_.capacity() + code_buffer_.capacity(); }
     void appendNulls(std::int32_t n);
-    /// Room for n numbers of a kind, 4 or 8 bytes each, to be filled before the next call.
+    /// Room for n numbers of a kind, sizeOf(kind) bytes each, to be filled before the next call.
     std::byte* appendNumbers(ValueKind kind, std::int32_t n);
     void appendText(std::string_view text);
     void appendValue(const Value& value);
@@ -89,6 +111,9 @@ class Run {
     void appendCode(MonitorCode code, std::int32_t n);
     /// Room for n codes, to be filled before the next call.
     std::byte* appendCodes(std::int32_t n);
+    /// What intervals first to first + count - 1 of another run have.
+    void appendValuesOf(const Run& other, std::int32_t first, std::int32_t count);
+    void appendCodesOf(const Run& other, std::int32_t first, std::int32_t count);
     /// Called once after the last append: both lists then cover count() intervals (null and 0 fill them up).
     void finish(std::int32_t count);
 
@@ -100,6 +125,19 @@ class Run {
     template <typename T>
     std::span<const T> at(const Values& s) const {
         return {reinterpret_cast<const T*>(buffer_.data() + s.offset), static_cast<std::size_t>(s.count)};
+    }
+    template <typename Segment, typename Each>
+    static void forEachPart(const std::vector<Segment>& segments, std::int32_t first, std::int32_t count,
+                            Each each) {
+        auto segment = std::partition_point(segments.begin(), segments.end(),
+                                            [first](const Segment& s) { return s.first + s.count <= first; });
+        for (std::int32_t left = count; left > 0 && segment != segments.end(); ++segment) {
+            const std::int32_t skip = first - segment->first;
+            const std::int32_t take = std::min(segment->count - skip, left);
+            each(*segment, skip, take);
+            first += take;
+            left -= take;
+        }
     }
 
     Buffer buffer_;

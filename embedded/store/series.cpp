@@ -29,13 +29,8 @@ std::int64_t chunkOfIndex(std::int64_t index) {
     return floorDivide(index, slotsPerChunk);
 }
 
-std::vector<Item> emptyChunk() {
-    return std::vector<Item>(static_cast<std::size_t>(slotsPerChunk));
-}
-
-void apply(const WriteItem& change, Item& item) {
-    if (change.value) item.value = change.item.value;
-    if (change.code) item.code = change.item.code;
+bool isAll(std::span<const WriteParts> mask, WriteParts parts) {
+    return std::all_of(mask.begin(), mask.end(), [parts](WriteParts m) { return m == parts; });
 }
 
 }  // namespace
@@ -84,25 +79,70 @@ void SeriesStore::failChunk(const SeriesKey& key, std::int64_t chunk) const {
     throw Error(ErrorKind::databaseDamaged, damageSentence(key, chunk));
 }
 
-std::vector<Item> SeriesStore::loadChunk(const SeriesKey& key, std::int64_t series, std::int64_t chunk) {
+// All slots of a chunk.
+void SeriesStore::loadChunk(const SeriesKey& key, std::int64_t series, std::int64_t chunk, Run& run) {
     const auto row = rowOf(series, chunk);
+    run.clear();
     ResetAtEnd reset(get_chunk_);
     get_chunk_.bindAll(row);
-    if (!get_chunk_.step()) return emptyChunk();
     try {
-        return unpackChunk(get_chunk_.blob(0), checksumKey(row));
+        if (get_chunk_.step()) decodeChunk(get_chunk_.blob(0), checksumKey(row), 0, slotsPerChunk, run);
     } catch (const DamagedChunk&) {
         failChunk(key, chunk);
     }
+    run.finish(slotsPerChunk);
 }
 
-void SeriesStore::storeChunk(std::int64_t series, std::int64_t chunk, std::span<const Item> items) {
+void SeriesStore::storeChunk(std::int64_t series, std::int64_t chunk, const Run& run, std::int32_t first,
+                             std::int32_t count) {
     const auto row = rowOf(series, chunk);
-    encodeChunk(items, checksumKey(row), blob_);
+    encodeChunk(run, first, count, checksumKey(row), blob_);
     if (blob_.empty())
         remove_chunk_.bindAll(row).run();
     else
         put_chunk_.bindAll(row, std::span<const std::byte>(blob_)).run();
+}
+
+// Intervals of a run that lie in one chunk, with what is written of them (empty: everything).
+struct SeriesStore::RunPart {
+    const Run& run;
+    std::int32_t first;
+    std::int32_t count;
+    std::span<const WriteParts> mask;
+
+    // Appends to a run what the chunk will have, of values or of codes: what was stored, and in its place
+    // from the slot on what is taken of this part.
+    void mergeInto(Run& merged, const Run& stored, std::int32_t slot, bool (*takes)(WriteParts),
+                   void (Run::*append)(const Run&, std::int32_t, std::int32_t)) const {
+        (merged.*append)(stored, 0, slot);
+        if (mask.empty()) (merged.*append)(run, first, count);
+        for (auto from = mask.begin(); from != mask.end();) {
+            const bool taken = takes(*from);
+            const auto end =
+                std::find_if(from, mask.end(), [&](WriteParts parts) { return takes(parts) != taken; });
+            const auto at = static_cast<std::int32_t>(from - mask.begin());
+            (merged.*append)(taken ? run : stored, (taken ? first : slot) + at,
+                             static_cast<std::int32_t>(end - from));
+            from = end;
+        }
+        (merged.*append)(stored, slot + count, slotsPerChunk - slot - count);
+    }
+};
+
+// Writes a part of a run into a chunk, the first interval into the slot. What is all written anew needs
+// nothing of what was there, and mends it when it was damaged.
+void SeriesStore::putPart(const SeriesKey& key, std::int64_t series, std::int64_t chunk, std::int32_t slot,
+                          const RunPart& part) {
+    const bool all = isAll(part.mask, WriteParts::both);
+    if (all && part.count == slotsPerChunk)
+        return storeChunk(series, chunk, part.run, part.first, part.count);
+    if (!all && isAll(part.mask, WriteParts::nothing)) return;
+    loadChunk(key, series, chunk, stored_);
+    merged_.clear();
+    part.mergeInto(merged_, stored_, slot, takesValue, &Run::appendValuesOf);
+    part.mergeInto(merged_, stored_, slot, takesCode, &Run::appendCodesOf);
+    merged_.finish(slotsPerChunk);
+    storeChunk(series, chunk, merged_, 0, slotsPerChunk);
 }
 
 Item SeriesStore::read(const SeriesKey& key, Time time) {
@@ -144,59 +184,42 @@ void SeriesStore::read(const SeriesKey& key, Time start, std::int32_t count, Run
     run.finish(count);
 }
 
-// Calls change(items, offset) for each chunk that intervals first to first + count - 1 lie in: items are
-// those of them in the chunk, offset is the number of the first one from the beginning of the run.
-template <typename Edit>
-void SeriesStore::edit(const SeriesKey& key, std::int64_t first, std::int64_t count, bool whole,
-                       Edit change) {
+void SeriesStore::write(const SeriesKey& key, Time time, const WriteItem& item) {
+    Run run;
+    run.appendValue(item.item.value);
+    run.appendCode(item.item.code, 1);
+    run.finish(1);
+    const auto mask = static_cast<WriteParts>((item.value ? 1 : 0) | (item.code ? 2 : 0));
+    write(key, time, run, std::span(&mask, 1));
+}
+
+void SeriesStore::write(const SeriesKey& key, Time start, const Run& run, std::span<const WriteParts> mask) {
+    requireBoundary(key.pid, key.interval, start);
+    if (!mask.empty() && mask.size() != static_cast<std::size_t>(run.count()))
+        throw Error(ErrorKind::internal, "A run was given a mask of another length.");
     Transaction transaction(db_);
     const auto series = findOrAddSeries(key);
-    const std::int64_t end = first + count;
+    const std::int64_t first = key.interval.index(start);
+    const std::int64_t end = first + run.count();
     for (std::int64_t at = first; at < end;) {
         const auto chunk = chunkOfIndex(at);
         const std::int64_t begin = chunk * slotsPerChunk;
         const std::int64_t stop = std::min(begin + slotsPerChunk, end);
-        auto items = whole && at == begin && stop == begin + slotsPerChunk ? emptyChunk()
-                                                                           : loadChunk(key, series, chunk);
-        change(std::span(items).subspan(static_cast<std::size_t>(at - begin),
-                                        static_cast<std::size_t>(stop - at)),
-               static_cast<std::size_t>(at - first));
-        storeChunk(series, chunk, items);
+        const auto offset = static_cast<std::int32_t>(at - first);
+        const auto count = static_cast<std::int32_t>(stop - at);
+        const auto part =
+            mask.empty() ? mask
+                         : mask.subspan(static_cast<std::size_t>(offset), static_cast<std::size_t>(count));
+        putPart(key, series, chunk, static_cast<std::int32_t>(at - begin), {run, offset, count, part});
         at = stop;
     }
     transaction.commit();
 }
 
-void SeriesStore::write(const SeriesKey& key, Time time, const WriteItem& item) {
-    write(key, time, std::span(&item, 1));
-}
-
-void SeriesStore::write(const SeriesKey& key, Time start, std::span<const WriteItem> items) {
-    requireBoundary(key.pid, key.interval, start);
-    const bool whole =
-        std::all_of(items.begin(), items.end(), [](const WriteItem& i) { return i.value && i.code; });
-    edit(key, key.interval.index(start), static_cast<std::int64_t>(items.size()), whole,
-         [&](std::span<Item> stored, std::size_t offset) {
-             for (std::size_t i = 0; i < stored.size(); ++i) apply(items[offset + i], stored[i]);
-         });
-}
-
-void SeriesStore::write(const SeriesKey& key, Time start, std::span<const float> values,
-                        std::span<const MonitorCode> codes) {
-    requireBoundary(key.pid, key.interval, start);
-    if (values.size() != codes.size())
-        throw Error(ErrorKind::internal, "A run was given a different number of values and codes.");
-    edit(key, key.interval.index(start), static_cast<std::int64_t>(values.size()), true,
-         [&](std::span<Item> stored, std::size_t offset) {
-             for (std::size_t i = 0; i < stored.size(); ++i)
-                 stored[i] = {values[offset + i], codes[offset + i]};
-         });
-}
-
 SeriesStore::Appender::Appender(SeriesStore& store, const SeriesKey& key)
     : store_(store), key_(key), series_(store.findOrAddSeries(key)) {}
 
-void SeriesStore::Appender::append(Time time, Item item) {
+void SeriesStore::Appender::append(Time time, const Item& item) {
     requireBoundary(key_.pid, key_.interval, time);
     const auto index = key_.interval.index(time);
     if (last_ && index <= *last_)
@@ -205,28 +228,26 @@ void SeriesStore::Appender::append(Time time, Item item) {
                                                timeText(key_.interval.begin(*last_)) +
                                                ". Values are loaded in ascending order of time.");
     const auto chunk = chunkOfIndex(index);
-    if (count_ == 0 || chunk != chunk_) {
-        finish();
-        items_ = emptyChunk();
-        given_.assign(items_.size(), false);
-        chunk_ = chunk;
-    }
+    if (chunk != chunk_) finish();
+    chunk_ = chunk;
     const auto slot = static_cast<std::size_t>(index - chunk * slotsPerChunk);
-    items_[slot] = std::move(item);
-    given_[slot] = true;
-    ++count_;
+    const auto gap = static_cast<std::int32_t>(slot - mask_.size());
+    run_.appendNulls(gap);
+    run_.appendCode(0, gap);
+    mask_.resize(slot, WriteParts::nothing);
+    run_.appendValue(item.value);
+    run_.appendCode(item.code, 1);
+    mask_.push_back(WriteParts::both);
     last_ = index;
 }
 
 void SeriesStore::Appender::finish() {
-    if (count_ == 0) return;
-    if (count_ < slotsPerChunk) {
-        const std::vector<Item> stored = store_.loadChunk(key_, series_, chunk_);
-        for (std::size_t i = 0; i < items_.size(); ++i)
-            if (!given_[i]) items_[i] = stored[i];
-    }
-    store_.storeChunk(series_, chunk_, items_);
-    count_ = 0;
+    if (mask_.empty()) return;
+    const auto count = static_cast<std::int32_t>(mask_.size());
+    run_.finish(count);
+    store_.putPart(key_, series_, chunk_, 0, {run_, 0, count, mask_});
+    run_.clear();
+    mask_.clear();
 }
 
 std::vector<std::string> SeriesStore::check() {
@@ -260,9 +281,12 @@ std::int64_t SeriesStore::countStored() {
     std::int64_t total = 0;
     const Snapshot snapshot(db_);
     Statement chunks(db_, "SELECT id, data FROM chunk");
+    Run run;
     while (chunks.step()) {
-        const auto items = unpackChunk(chunks.blob(1), checksumKey(chunks.number(0)));
-        total += std::count_if(items.begin(), items.end(), [](const Item& item) { return item != Item{}; });
+        run.clear();
+        decodeChunk(chunks.blob(1), checksumKey(chunks.number(0)), 0, slotsPerChunk, run);
+        run.finish(slotsPerChunk);
+        for (std::int32_t i = 0; i < slotsPerChunk; ++i) total += run.item(i) != Item{} ? 1 : 0;
     }
     return total;
 }

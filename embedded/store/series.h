@@ -27,12 +27,22 @@ struct SeriesKey {
 /// outside the years 100 to 9999.
 void requireBoundary(Pid pid, const Interval& interval, Time time);
 
-/// One interval of a masked write.
+/// One interval of which the value, the code, both or nothing is written.
 struct WriteItem {
     Item item;
     bool value = true;  ///< write the value
     bool code = true;   ///< write the monitor code
 };
+
+/// What of an interval of a run is written.
+enum class WriteParts : std::uint8_t { nothing = 0, value = 1, code = 2, both = 3 };
+
+[[nodiscard]] constexpr bool takesValue(WriteParts parts) {
+    return (static_cast<unsigned>(parts) & 1U) != 0;
+}
+[[nodiscard]] constexpr bool takesCode(WriteParts parts) {
+    return (static_cast<unsigned>(parts) & 2U) != 0;
+}
 
 /// The series of one data database. Times must be beginnings of the series' interval (offBoundary otherwise).
 class SeriesStore {
@@ -45,11 +55,9 @@ class SeriesStore {
 
     /// Writes one interval, or as much of it as the mask says. On the disk when it returns.
     void write(const SeriesKey& key, Time time, const WriteItem& item);
-    /// Writes consecutive intervals, all of them or none. On the disk when it returns.
-    void write(const SeriesKey& key, Time start, std::span<const WriteItem> items);
-    /// The same for singles with codes, the form that bulk data comes in.
-    void write(const SeriesKey& key, Time start, std::span<const float> values,
-               std::span<const MonitorCode> codes);
+    /// Writes consecutive intervals, all of them or none. On the disk when it returns. The mask says what is
+    /// written of each interval, as many as the run has; without one everything is.
+    void write(const SeriesKey& key, Time start, const Run& run, std::span<const WriteParts> mask = {});
 
     /// Takes values in ascending order of time, much faster than single writes. They count once finish() was
     /// called and the transaction around it is committed.
@@ -57,7 +65,7 @@ class SeriesStore {
       public:
         Appender(SeriesStore& store, const SeriesKey& key);
         /// Throws offBoundary, and outOfRange when the time is not behind the one before.
-        void append(Time time, Item item);
+        void append(Time time, const Item& item);
         void finish();
 
       private:
@@ -66,9 +74,8 @@ class SeriesStore {
         std::int64_t series_;
         std::int64_t chunk_ = 0;
         std::optional<std::int64_t> last_;  // index of the interval appended last
-        std::vector<Item> items_;           // of the chunk that is being filled
-        std::vector<bool> given_;           // which of them were appended
-        std::int32_t count_ = 0;            // how many
+        Run run_;                           // of the chunk that is being filled, from its first slot on
+        std::vector<WriteParts> mask_;      // which intervals of it were appended
     };
 
     /// Reads every chunk and returns a sentence for each one that is damaged.
@@ -77,14 +84,17 @@ class SeriesStore {
     [[nodiscard]] std::int64_t countStored();
 
   private:
+    struct RunPart;
+
     std::int64_t findSeries(const SeriesKey& key);
     std::int64_t findOrAddSeries(const SeriesKey& key);
-    std::vector<Item> loadChunk(const SeriesKey& key, std::int64_t series, std::int64_t chunk);
-    void storeChunk(std::int64_t series, std::int64_t chunk, std::span<const Item> items);
+    void loadChunk(const SeriesKey& key, std::int64_t series, std::int64_t chunk, Run& run);
+    void storeChunk(std::int64_t series, std::int64_t chunk, const Run& run, std::int32_t first,
+                    std::int32_t count);
+    void putPart(const SeriesKey& key, std::int64_t series, std::int64_t chunk, std::int32_t slot,
+                 const RunPart& part);
     [[nodiscard]] std::string damageSentence(const SeriesKey& key, std::int64_t chunk) const;
     [[noreturn]] void failChunk(const SeriesKey& key, std::int64_t chunk) const;
-    template <typename Edit>
-    void edit(const SeriesKey& key, std::int64_t first, std::int64_t count, bool whole, Edit change);
 
     Database& db_;
     Statement find_series_;
@@ -93,7 +103,10 @@ class SeriesStore {
     Statement get_chunks_;
     Statement put_chunk_;
     Statement remove_chunk_;
-    Blob blob_;  // scratch
+    // Scratch.
+    Blob blob_;
+    Run stored_;
+    Run merged_;
 };
 
 }  // namespace vtdn::store

@@ -191,21 +191,12 @@ void Site::write(Pid pid, Time time, const WriteItem& item) {
     storeOf(key.interval).write(key, time, item);
 }
 
-void Site::write(Pid pid, const Span& span, std::span<const WriteItem> items) {
-    requireCount(span, items.size());
-    for (const WriteItem& item : items)
-        if (item.value) requireStorable(pid, item.item.value);
+void Site::write(Pid pid, const Span& span, const Run& run, std::span<const WriteParts> mask) {
+    requireCount(span, static_cast<std::size_t>(run.count()));
+    if (!mask.empty()) requireCount(span, mask.size());
+    requireStorable(pid, run, mask);
     const SeriesKey key = writableSeries(parameters(), pid, &span.interval);
-    storeOf(key.interval).write(key, span.start, items);
-}
-
-void Site::write(Pid pid, const Span& span, std::span<const float> values,
-                 std::span<const MonitorCode> codes) {
-    requireCount(span, values.size());
-    requireCount(span, codes.size());
-    for (const float value : values) requireFinite(pid, static_cast<double>(value));
-    const SeriesKey key = writableSeries(parameters(), pid, &span.interval);
-    storeOf(key.interval).write(key, span.start, values, codes);
+    storeOf(key.interval).write(key, span.start, run, mask);
 }
 
 std::vector<std::string> Site::check() {

@@ -98,9 +98,11 @@ class Site {
     // diskFull.
 
     void write(Pid pid, Time time, const WriteItem& item);
-    void write(Pid pid, const Span& span, std::span<const WriteItem> items);
-    /// Singles with their codes, as many of each as the span counts.
-    void write(Pid pid, const Span& span, std::span<const float> values, std::span<const MonitorCode> codes);
+    /// A run of as many intervals as the span counts, in one transaction. The mask says what is written of
+    /// each interval, as many as the span counts; an empty one writes everything. What it leaves out is not
+    /// looked at. Needs memory for one chunk beyond what is given. Throws outOfRange for a run or a mask of
+    /// another length.
+    void write(Pid pid, const Span& span, const Run& run, std::span<const WriteParts> mask = {});
 
     /// Reads everything and returns a sentence for each damage that was found.
     [[nodiscard]] std::vector<std::string> check();
@@ -136,7 +138,7 @@ class Load {
 
     /// One interval of a database parameter. Times of one parameter must ascend; parameters may be mixed.
     /// Throws what Site::write throws, and outOfRange for a time that is not behind the one before.
-    void append(Pid pid, Time time, Item item);
+    void append(Pid pid, Time time, const Item& item);
     void commit();
 
   private:

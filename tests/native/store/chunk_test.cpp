@@ -8,6 +8,7 @@
 #include <random>
 
 #include "expect_error.h"
+#include "items.h"
 
 namespace vtdn::store::test {
 namespace {
@@ -56,13 +57,12 @@ TEST(Chunk, GivesBackWhatWasPutIn) {
     std::mt19937 random(20070325);
     for (int trial = 0; trial < 300; ++trial) {
         std::vector<Item> items = randomItems(random, 1 << (trial % 10));
-        Blob blob;
-        encodeChunk(items, key, blob);
+        const Blob blob = packed(items, key);
         items.resize(static_cast<std::size_t>(slotsPerChunk));
         if (blob.empty())
             EXPECT_EQ(items, slots());
         else
-            EXPECT_EQ(unpackChunk(blob, key), items);
+            EXPECT_EQ(unpacked(blob, key), items);
     }
 }
 
@@ -71,8 +71,7 @@ TEST(Chunk, AnyPartCanBeTakenOut) {
     for (int trial = 0; trial < 200; ++trial) {
         std::vector<Item> items = randomItems(random, 1 << (trial % 9));
         items.back().code = 5;
-        Blob blob;
-        encodeChunk(items, key, blob);
+        const Blob blob = packed(items, key);
         items.resize(static_cast<std::size_t>(slotsPerChunk));
         const auto first = static_cast<std::int32_t>(random() % static_cast<unsigned>(slotsPerChunk));
         const auto count =
@@ -85,29 +84,39 @@ TEST(Chunk, AnyPartCanBeTakenOut) {
     }
 }
 
+TEST(Chunk, AnyPartOfARunIsPackedAsIfItWereAll) {
+    std::mt19937 random(3);
+    for (int trial = 0; trial < 200; ++trial) {
+        const std::vector<Item> items = randomItems(random, 1 << (trial % 9));
+        const std::size_t first = random() % items.size();
+        const std::size_t count = random() % (items.size() - first + 1);
+        Blob blob;
+        encodeChunk(runOf(items), static_cast<std::int32_t>(first), static_cast<std::int32_t>(count), key,
+                    blob);
+        ASSERT_EQ(blob, packed(std::span(items).subspan(first, count), key)) << first << " + " << count;
+    }
+}
+
 TEST(Chunk, HoldsNothingWhenNothingIsThere) {
     Blob blob{std::byte{1}};
-    encodeChunk(slots(), key, blob);
+    encodeChunk(runOf(slots()), 0, slotsPerChunk, key, blob);
     EXPECT_TRUE(blob.empty());
-    encodeChunk({}, key, blob);
-    EXPECT_TRUE(blob.empty());
+    EXPECT_TRUE(packed({}, key).empty());
 }
 
 TEST(Chunk, ADayOfSinglesWithOneCodeTakesFourBytesEach) {
     std::vector<Item> items = slots();
     for (Item& item : items) item = {1.5F, 1};
-    Blob blob;
-    encodeChunk(items, key, blob);
+    const Blob blob = packed(items, key);
     EXPECT_EQ(blob.size(), 8 + 3 + 1440 * 4 + 7U);
 }
 
 TEST(Chunk, CodesThatAlwaysChangeTakeOneByteEach) {
     std::vector<Item> items = slots();
     for (std::size_t i = 0; i < items.size(); ++i) items[i] = {1.5F, static_cast<MonitorCode>(1 + i % 30)};
-    Blob blob;
-    encodeChunk(items, key, blob);
+    const Blob blob = packed(items, key);
     EXPECT_EQ(blob.size(), 8 + 3 + 1440 * 4 + 3 + 1440U);
-    EXPECT_EQ(unpackChunk(blob, key), items);
+    EXPECT_EQ(unpacked(blob, key), items);
 }
 
 TEST(Chunk, TextsAreCountedAndMayHoldAnything) {
@@ -115,12 +124,11 @@ TEST(Chunk, TextsAreCountedAndMayHoldAnything) {
     items[0].value = std::string("\0\0", 2);
     items[1].value = std::string();
     items[2].value = std::string(longestText, '\xF0');
-    Blob blob;
-    encodeChunk(items, key, blob);
+    const Blob blob = packed(items, key);
     items.resize(static_cast<std::size_t>(slotsPerChunk));
-    EXPECT_EQ(unpackChunk(blob, key), items);
+    EXPECT_EQ(unpacked(blob, key), items);
     items[0].value = std::string(longestText + 1, 'x');
-    expectError(ErrorKind::badValue, [&] { encodeChunk(items, key, blob); });
+    expectError(ErrorKind::badValue, [&] { (void)packed(items, key); });
 }
 
 TEST(Chunk, EveryFlippedBitIsNoticed) {
@@ -128,26 +136,24 @@ TEST(Chunk, EveryFlippedBitIsNoticed) {
     std::vector<Item> items = randomItems(random, 8);
     items.resize(60);
     items.back().code = 5;
-    Blob blob;
-    encodeChunk(items, key, blob);
+    const Blob blob = packed(items, key);
     for (std::size_t bit = 0; bit < blob.size() * 8; ++bit) {
         Blob changed = blob;
         changed[bit / 8] ^= static_cast<std::byte>(1 << bit % 8);
-        EXPECT_THROW((void)unpackChunk(changed, key), DamagedChunk) << "bit " << bit;
+        EXPECT_THROW((void)unpacked(changed, key), DamagedChunk) << "bit " << bit;
     }
 }
 
 TEST(Chunk, AChunkInThePlaceOfAnotherOrCutShortIsNoticed) {
     std::vector<Item> items = slots(5);
     items[4] = {std::string("text"), 5};
-    Blob blob;
-    encodeChunk(items, key, blob);
-    EXPECT_THROW((void)unpackChunk(blob, key + 1), DamagedChunk);
-    EXPECT_THROW((void)unpackChunk(blob, key ^ (std::uint64_t{1} << 40)), DamagedChunk);
+    Blob blob = packed(items, key);
+    EXPECT_THROW((void)unpacked(blob, key + 1), DamagedChunk);
+    EXPECT_THROW((void)unpacked(blob, key ^ (std::uint64_t{1} << 40)), DamagedChunk);
     for (std::size_t length = 0; length < blob.size(); ++length)
-        EXPECT_THROW((void)unpackChunk(std::span(blob).first(length), key), DamagedChunk) << length;
+        EXPECT_THROW((void)unpacked(std::span(blob).first(length), key), DamagedChunk) << length;
     blob.push_back(std::byte{0});
-    EXPECT_THROW((void)unpackChunk(blob, key), DamagedChunk);
+    EXPECT_THROW((void)unpacked(blob, key), DamagedChunk);
 }
 
 TEST(Chunk, ContradictionsBehindARightChecksumAreNoticed) {
@@ -161,7 +167,7 @@ TEST(Chunk, ContradictionsBehindARightChecksumAreNoticed) {
     };
     const Blob good =
         sealed({1, 0, 1, 0, 0, 0, 0, 0, /* value */ 1, 1, 0, 7, 0, 0, 0, /* code */ 1, 1, 0, 3});
-    EXPECT_EQ(unpackChunk(good, key)[0], (Item{7, 3}));
+    EXPECT_EQ(unpacked(good, key)[0], (Item{7, 3}));
     const Blob bad[] = {
         sealed({2, 0, 1, 0, 0, 0, 0, 0, 0, 1, 0, 1, 1, 0, 3}),                    // version
         sealed({1, 1, 1, 0, 0, 0, 0, 0, 0, 1, 0, 1, 1, 0, 3}),                    // reserved byte
@@ -176,7 +182,7 @@ TEST(Chunk, ContradictionsBehindARightChecksumAreNoticed) {
         sealed({1, 0, 1, 0, 0, 0, 0, 0, 0, 1, 0}),                 // no codes
         sealed({1, 0, 1, 0, 0, 0, 0, 0, 0, 1, 0, 1, 1, 0, 3, 0}),  // something behind the end
     };
-    for (const Blob& blob : bad) EXPECT_THROW((void)unpackChunk(blob, key), DamagedChunk) << &blob - bad;
+    for (const Blob& blob : bad) EXPECT_THROW((void)unpacked(blob, key), DamagedChunk) << &blob - bad;
 }
 
 }  // namespace

@@ -11,6 +11,7 @@
 #include <thread>
 
 #include "demo_site.h"
+#include "items.h"
 #include "power_cut_disk.h"
 #include "store/error.h"
 #include "store/schema.h"
@@ -33,12 +34,12 @@ class Writer {
         const std::size_t most = length - first;
         const std::size_t count = run ? 1 + random_() % std::min<std::size_t>(most, 2000) : 1;
         ++stamp_;
-        const std::vector<WriteItem> items(count, WriteItem{{static_cast<float>(stamp_), stamp_}});
+        const std::vector<Item> items(count, Item{static_cast<float>(stamp_), stamp_});
         const auto mark = [&](std::vector<Item>& state) {
-            std::fill_n(state.begin() + static_cast<std::ptrdiff_t>(first), count, items[0].item);
+            std::fill_n(state.begin() + static_cast<std::ptrdiff_t>(first), count, items[0]);
         };
         mark(after_);
-        series.write(minutes, static_cast<Time>(first) * 60, items);
+        series.write(minutes, static_cast<Time>(first) * 60, runOf(items));
         mark(before_);
         ++acknowledged_;
     }
@@ -135,11 +136,11 @@ TEST(PowerCut, WithoutSyncsTheTrialsFindLosses) {
     try {
         Site site(connections, "DEMO");
         const Interval minute = Interval::parse("1m");
-        std::vector<WriteItem> items(2000);
+        std::vector<Item> items(2000);
         while (true) {
             ++stamp;
-            for (WriteItem& item : items) item.item = {static_cast<float>(stamp), stamp};
-            site.write(minutePid, Span::define(0, 2000, minute), items);
+            for (Item& item : items) item = {static_cast<float>(stamp), stamp};
+            site.write(minutePid, Span::define(0, 2000, minute), runOf(items));
             site.write(minutePid, 5000 * 60, {{static_cast<float>(stamp), stamp}});
             if (write(pipe, &stamp, sizeof stamp) != sizeof stamp) break;
         }

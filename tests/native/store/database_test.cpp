@@ -4,14 +4,14 @@
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <fstream>
 #include <random>
 
+#include "child.h"
 #include "demo_site.h"
 #include "expect_error.h"
+#include "items.h"
 #include "store/connection.h"
 #include "store/schema.h"
 
@@ -116,23 +116,6 @@ TEST(Database, OneThatIsLockedIsRefusedAfterTheWait) {
     openRefused(ErrorKind::databaseLocked, DatabaseKind::dataShortTerm, file);
 }
 
-// Runs the call as a user who owns nothing here, since the superuser may write to anything.
-template <typename Call>
-void asNobody(Call call) {
-    std::fflush(nullptr);
-    const pid_t child = fork();
-    ASSERT_NE(child, -1);
-    if (child == 0) {
-        if (geteuid() == 0 && setuid(65'534) != 0) _exit(2);
-        call();
-        std::fflush(nullptr);
-        _exit(testing::Test::HasFailure() ? 1 : 0);
-    }
-    int status = 0;
-    ASSERT_EQ(waitpid(child, &status, 0), child);
-    EXPECT_EQ(WEXITSTATUS(status), 0);
-}
-
 TEST(Database, OneThatIsReadOnlyIsReadAndItsWritesAreRefused) {
     auto demo = std::make_unique<DemoSite>();
     demo->site.write(minutePid, 0, {{1.5F, 1}});
@@ -229,10 +212,7 @@ TEST(Damage, FlippedBitsInTheDataFileNeverCrashAndWrongValuesNeverGoUnnoticed) {
     {
         Site site = Site::create(SiteConnections::inFolder(folder.path()), "DEMO");
         replaceParameters(site.database(DatabaseKind::config), demoParameters());
-        std::vector<WriteItem> items;
-        items.reserve(expected.size());
-        for (const Item& item : expected) items.push_back({item});
-        site.write(minutePid, Span::define(0, count, Interval::parse("1m")), items);
+        site.write(minutePid, Span::define(0, count, Interval::parse("1m")), runOf(expected));
     }
     const std::string file = folder.file("data_short_term.db");
     const std::string whole = readFile(file);

@@ -85,6 +85,38 @@ TEST(Run, FindsSingleIntervalsInAnyOrder) {
     }
 }
 
+TEST(Run, TakesOverAnyPartOfAnother) {
+    std::vector<Item> items;
+    for (int i = 0; i < 60; ++i) {
+        const Value values[] = {{},
+                                std::int32_t{i},
+                                static_cast<float>(i),
+                                static_cast<double>(i),
+                                std::string(static_cast<std::size_t>(i % 4), 'x')};
+        items.push_back({values[i / 3 % 5], i < 30 ? i / 10 : i});
+    }
+    store::Run other;
+    for (const Item& item : items) other.appendValue(item.value);
+    other.appendCode(0, 10);
+    other.appendCode(1, 10);
+    other.appendCode(2, 10);
+    for (int i = 30; i < 60; ++i) std::memcpy(other.appendCodes(1), &i, sizeof i);
+    other.finish(60);
+    for (std::int32_t first = 0; first <= 60; ++first) {
+        for (std::int32_t count = 0; count <= 60 - first; ++count) {
+            store::Run run;
+            run.appendValue(1.5F);
+            run.appendCode(7, 1);
+            run.appendValuesOf(other, first, count);
+            run.appendCodesOf(other, first, count);
+            run.finish(count + 1);
+            ASSERT_EQ(run.item(0), (Item{1.5F, 7}));
+            for (std::int32_t i = 0; i < count; ++i)
+                ASSERT_EQ(run.item(i + 1), items[static_cast<std::size_t>(first + i)]) << first << " + " << i;
+        }
+    }
+}
+
 TEST(Run, IsFilledUpWithNothing) {
     store::Run run;
     putSingles(run, {1});

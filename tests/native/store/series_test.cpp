@@ -5,11 +5,13 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <map>
 #include <random>
 
 #include "demo_site.h"
 #include "expect_error.h"
+#include "items.h"
 
 namespace vtdn::store::test {
 namespace {
@@ -27,10 +29,7 @@ std::vector<Item> readItems(SeriesStore& series, const SeriesKey& key, Time star
     store::Run run;
     series.read(key, start, count, run);
     EXPECT_EQ(run.count(), count);
-    std::vector<Item> items;
-    items.reserve(static_cast<std::size_t>(count));
-    for (std::int32_t i = 0; i < count; ++i) items.push_back(run.item(i));
-    return items;
+    return itemsOf(run);
 }
 
 TEST(Series, WhatWasNeverWrittenIsNoValueWithCodeZero) {
@@ -133,7 +132,7 @@ TEST(Series, AgreesWithAPlainMapAfterAThousandRandomWrites) {
         if (count == 1)
             s.series.write(minutes, Time{first} * 60, items[0]);
         else
-            s.series.write(minutes, Time{first} * 60, items);
+            writeItems(s.series, minutes, Time{first} * 60, items);
         for (std::size_t i = 0; i < count; ++i) {
             Item& item = model[first + static_cast<std::int64_t>(i)];
             if (items[i].value) item.value = items[i].item.value;
@@ -162,8 +161,12 @@ TEST(Series, AYearOfSinglesIsOneSegmentAndTakesUnderNineBytesAValue) {
         values[i] = static_cast<float>(i % 977) / 10;
         if (i % 3000 > 2900) codes[i] = 12;
     }
-    s.series.write(minutes, day, values, codes);
     store::Run run;
+    const auto n = static_cast<std::int32_t>(count);
+    std::memcpy(run.appendNumbers(ValueKind::single, n), values.data(), count * sizeof(float));
+    std::memcpy(run.appendCodes(n), codes.data(), count * sizeof(MonitorCode));
+    run.finish(n);
+    s.series.write(minutes, day, run);
     s.series.read(minutes, day, static_cast<std::int32_t>(count), run);
     ASSERT_EQ(run.values().size(), 1U);
     EXPECT_TRUE(std::equal(values.begin(), values.end(), run.singles(run.values()[0]).begin()));
@@ -224,8 +227,8 @@ TEST(Series, DamageIsReportedWithParameterAndPeriodAndLeavesTheRestReadable) {
     expectError(ErrorKind::databaseDamaged, [&] {
         s.series.write(minutes, day + secondsPerDay + 60, {{2.0F, 1}});
     });
-    const std::vector<WriteItem> whole(static_cast<std::size_t>(slotsPerChunk), WriteItem{{2.0F, 1}});
-    s.series.write(minutes, day + secondsPerDay, whole);
+    const std::vector<Item> whole(static_cast<std::size_t>(slotsPerChunk), Item{2.0F, 1});
+    s.series.write(minutes, day + secondsPerDay, runOf(whole));
     EXPECT_TRUE(s.series.check().empty()) << "what is all written anew needs nothing of what was there";
 }
 

@@ -10,6 +10,7 @@
 
 #include "demo_site.h"
 #include "expect_error.h"
+#include "items.h"
 #include "store/time.h"
 
 namespace vtdn::store::test {
@@ -58,10 +59,11 @@ TEST(Site, OnlyDatabaseParametersAreWritten) {
         expectError(ErrorKind::notWritable, [&] { demo.site.write(pid, at(1), {{1.0F, 1}}); });
     expectError(ErrorKind::unknownParameter, [&] { demo.site.write(123456789, at(1), {{1.0F, 1}}); });
     const Span minutes = Span::define(at(1), 2, Interval::parse("1m"));
-    const std::vector<WriteItem> items(2);
-    expectError(ErrorKind::badInterval, [&] { demo.site.write(hourPid, minutes, items); });
-    expectError(ErrorKind::outOfRange,
-                [&] { demo.site.write(minutePid, minutes, std::span(items).first(1)); });
+    const store::Run two = runOf(std::vector<Item>(2));
+    expectError(ErrorKind::badInterval, [&] { demo.site.write(hourPid, minutes, two); });
+    expectError(ErrorKind::outOfRange, [&] { demo.site.write(minutePid, minutes, runOf({})); });
+    const std::vector<WriteParts> three(3, WriteParts::both);
+    expectError(ErrorKind::outOfRange, [&] { demo.site.write(minutePid, minutes, two, three); });
 }
 
 TEST(Site, NumbersThatAreNoneAndEndlessTextsAreNotStored) {
@@ -72,10 +74,10 @@ TEST(Site, NumbersThatAreNoneAndEndlessTextsAreNotStored) {
         expectError(ErrorKind::badValue, [&] { demo.site.write(minutePid, at(1), {{value, 1}}); });
     const Span two = Span::define(at(1), 2, Interval::parse("1m"));
     std::vector<WriteItem> items{{{1.0F, 1}}, {{infinite, 1}}};
-    expectError(ErrorKind::badValue, [&] { demo.site.write(minutePid, two, items); });
+    expectError(ErrorKind::badValue, [&] { writeItems(demo.site, minutePid, two, items); });
     EXPECT_EQ(demo.site.read(minutePid, at(1)), Item{}) << "nothing of a refused run is stored";
     items[1].value = false;
-    demo.site.write(minutePid, two, items);
+    writeItems(demo.site, minutePid, two, items);
     EXPECT_EQ(demo.site.read(minutePid, at(1)), (Item{1.0F, 1}))
         << "what the mask leaves out is not looked at";
 }
@@ -158,11 +160,11 @@ TEST(Site, ALongerIntervalFollowsTheRollUpRuleOrIsRefused) {
 TEST(Site, RunsOverManyBlocksAreTheSameAsSingleReads) {
     DemoSite demo;
     const std::int32_t minutes = 300 * 1440;
-    std::vector<WriteItem> items(static_cast<std::size_t>(minutes));
+    std::vector<Item> items(static_cast<std::size_t>(minutes));
     for (std::size_t i = 0; i < items.size(); ++i)
-        items[i].item = {static_cast<float>(i % 1000), static_cast<MonitorCode>(i % 7)};
+        items[i] = {static_cast<float>(i % 1000), static_cast<MonitorCode>(i % 7)};
     const Time start = timeOf({2007, 1, 1, 0, 0, 0});
-    demo.site.write(minutePid, Span::define(start, minutes, Interval::parse("1m")), items);
+    demo.site.write(minutePid, Span::define(start, minutes, Interval::parse("1m")), runOf(items));
     store::Run run;
     demo.site.read(averagePid, Span::define(start, minutes / 60, Interval::parse("1h")), run);
     for (const std::int32_t i : {0, 1, 3332, 3333, 3334, 6666, 7199})
