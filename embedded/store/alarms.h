@@ -30,9 +30,9 @@ struct Alarm {
 
 /// Which entries are wanted.
 struct AlarmFilter {
-    std::optional<Time> from;           ///< not before this time
-    std::optional<Time> to;             ///< before this time
-    std::optional<std::int32_t> limit;  ///< so many of the newest, from 0 on
+    std::optional<Time> from = std::nullopt;           ///< not before this time
+    std::optional<Time> to = std::nullopt;             ///< before this time
+    std::optional<std::int32_t> limit = std::nullopt;  ///< so many of the newest, from 0 on
 };
 
 /// Adds an entry and returns its id; that of the given alarm is not looked at. On the disk when it returns.

@@ -9,6 +9,7 @@
 #include "common/pid.h"
 #include "store/error.h"
 #include "store/pid_text.h"
+#include "store/strict_row.h"
 #include "store/text.h"
 
 namespace vtdn::store {
@@ -164,8 +165,13 @@ void bindValue(Statement& statement, int index, const Value& value) {
         statement.bindNull(index);
 }
 
-Value readValue(const Statement& row, ValueKind kind, int column) {
-    switch (kind) {
+// The value in a column whose kind stands in the column before it.
+Value readValue(const StrictRow& row, int column) {
+    const auto kind = row.integer(column - 1, 0, static_cast<std::int32_t>(ValueKind::text));
+    switch (static_cast<ValueKind>(kind)) {
+        case ValueKind::null:
+            row.null(column);
+            break;
         case ValueKind::integer:
             return row.integer(column);
         case ValueKind::single:
@@ -174,8 +180,6 @@ Value readValue(const Statement& row, ValueKind kind, int column) {
             return row.real(column);
         case ValueKind::text:
             return row.text(column);
-        case ValueKind::null:
-            break;
     }
     return {};
 }
@@ -228,6 +232,7 @@ ParameterSet ParameterSet::load(Database& config) {
         config,
         "SELECT pid, name, description, format, units, interval, io_type, parameter_type, calculation, "
         "formula, roll_up, constant_kind, constant FROM parameter ORDER BY pid");
+    const StrictRow row(config, rows, "a parameter");
     Statement uses(config, "SELECT used_pid FROM parameter_use WHERE pid = ? ORDER BY position");
     while (rows.step()) {
         Parameter p;
@@ -242,7 +247,7 @@ ParameterSet ParameterSet::load(Database& config) {
         p.calculation = storedAggregation(config, rows.text(8));
         p.formula = rows.text(9);
         p.roll_up = storedAggregation(config, rows.text(10));
-        p.constant = readValue(rows, static_cast<ValueKind>(rows.integer(11)), 12);
+        p.constant = readValue(row, 12);
         uses.bindAll(p.pid);
         while (uses.step()) p.uses.push_back(uses.integer(0));
         parameters.push_back(std::move(p));

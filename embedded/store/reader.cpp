@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "store/error.h"
+#include "store/numbers.h"
 #include "store/pid_text.h"
 
 namespace vtdn::store {
@@ -14,29 +15,6 @@ namespace {
 // Inputs are read in blocks of about this many intervals, so that memory does not grow with the length of a
 // run.
 constexpr std::int64_t blockOfInputs = 200'000;
-
-// All values of a run as doubles, missing where there is no number.
-void numbersOf(const Run& run, std::vector<double>& numbers) {
-    numbers.resize(static_cast<std::size_t>(run.count()));
-    for (const Run::Values& s : run.values()) {
-        const auto to = numbers.begin() + s.first;
-        switch (s.kind) {
-            case ValueKind::integer:
-                std::copy_n(run.integers(s).begin(), s.count, to);
-                break;
-            case ValueKind::single:
-                std::copy_n(run.singles(s).begin(), s.count, to);
-                break;
-            case ValueKind::real:
-                std::copy_n(run.reals(s).begin(), s.count, to);
-                break;
-            case ValueKind::null:
-            case ValueKind::text:
-                std::fill_n(to, s.count, missingNumber());
-                break;
-        }
-    }
-}
 
 void appendNumber(Run& run, double number) {
     if (isMissing(number) || std::isinf(number)) return run.appendNulls(1);
