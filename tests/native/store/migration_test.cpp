@@ -1,0 +1,190 @@
+// Files of an older version become current ones on opening, in one step, with all that they hold.
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <array>
+
+#include "child.h"
+#include "demo_site.h"
+#include "expect_error.h"
+#include "store/error.h"
+#include "store/schema.h"
+
+namespace vtdn::store::test {
+namespace {
+
+// The tables as version 1 made them.
+constexpr const char* configVersion1 = R"(
+    CREATE TABLE site (site_id TEXT NOT NULL) STRICT;
+    CREATE TABLE monitor_code (
+        code INTEGER PRIMARY KEY,
+        short_name TEXT NOT NULL,
+        long_name TEXT NOT NULL,
+        rank INTEGER NOT NULL) STRICT;
+    CREATE TABLE parameter (
+        pid INTEGER PRIMARY KEY,
+        name TEXT NOT NULL,
+        description TEXT NOT NULL,
+        format TEXT NOT NULL,
+        units TEXT NOT NULL,
+        interval TEXT NOT NULL,
+        io_type INTEGER NOT NULL,
+        parameter_type INTEGER NOT NULL,
+        calculation TEXT NOT NULL,
+        formula TEXT NOT NULL,
+        roll_up TEXT NOT NULL,
+        constant_kind INTEGER NOT NULL,
+        constant ANY) STRICT;
+    CREATE TABLE parameter_use (
+        pid INTEGER NOT NULL REFERENCES parameter ON DELETE CASCADE,
+        position INTEGER NOT NULL,
+        used_pid INTEGER NOT NULL REFERENCES parameter DEFERRABLE INITIALLY DEFERRED,
+        PRIMARY KEY (pid, position)) STRICT, WITHOUT ROWID;
+    CREATE INDEX parameter_use_by_used ON parameter_use (used_pid);
+    INSERT INTO site VALUES ('DEMO');
+    INSERT INTO monitor_code VALUES (0, '', 'No code', 0), (12, 'SUB', 'Substitute', 500);
+    INSERT INTO parameter VALUES
+        (504010000, 'Stored', '', '0.0', 'ppm', '1m', 38, 3, '', '', '', 0, NULL),
+        (504030200, 'Average', '', '', 'ppm', '1h', 10, 0, 'average', '', '', 0, NULL),
+        (590500000, 'Limit', '', '', '', '', 4, 0, '', '', '', 2, 0.5);
+    INSERT INTO parameter_use VALUES (504030200, 0, 504010000);
+    PRAGMA application_id = 0x56544346;
+    PRAGMA user_version = 1;)";
+
+constexpr const char* alarmVersion1 = R"(
+    CREATE TABLE site (site_id TEXT NOT NULL) STRICT;
+    INSERT INTO site VALUES ('DEMO');
+    PRAGMA application_id = 0x5654414C;
+    PRAGMA user_version = 1;)";
+
+// A site whose config and alarm databases are of version 1.
+struct OldSite {
+    TempFolder folder;
+    SiteConnections connections = SiteConnections::inFolder(folder.path());
+
+    OldSite() {
+        { const Site made = Site::create(connections, "DEMO"); }
+        putOld("config.db", configVersion1);
+        putOld("alarm.db", alarmVersion1);
+    }
+    void putOld(const char* name, const char* script) const {
+        removeDatabase(folder.file(name));
+        Database db(folder.file(name), {.create = true});
+        db.execute("PRAGMA page_size = 8192; PRAGMA journal_mode = WAL;");
+        db.execute(script);
+    }
+    [[nodiscard]] std::int64_t query(const char* name, const char* sql) const {
+        return Database(folder.file(name), {}).queryNumber(sql);
+    }
+};
+
+TEST(Migration, BringsOldFilesUpToDateWithAllThatTheyHold) {
+    const OldSite old;
+    {
+        Site site(old.connections, "DEMO");
+        EXPECT_EQ(site.parameters().entries().size(), 3U);
+        EXPECT_EQ(site.parameters().get(minutePid).units, "ppm");
+        EXPECT_EQ(site.parameters().get(minutePid).parameter_type, 3);
+        EXPECT_EQ(site.parameters().get(averagePid).uses, std::vector<Pid>{minutePid});
+        EXPECT_EQ(site.parameters().get(limitPid).constant, Value(0.5F));
+        EXPECT_EQ(site.monitorCodes().codes().at(12).long_name, "Substitute");
+        EXPECT_EQ(site.specialValue(minutePid, 1), SpecialValue());
+        EXPECT_TRUE(site.relationships().relationships().empty());
+        EXPECT_EQ(site.unitName(5), "");
+        EXPECT_TRUE(site.parameterCodes().codes().empty());
+        EXPECT_TRUE(site.alarms().empty());
+    }
+    EXPECT_EQ(old.query("config.db", "PRAGMA user_version"), 2);
+    EXPECT_EQ(old.query("alarm.db", "PRAGMA user_version"), 2);
+}
+
+TEST(Migration, WhatIsNewWorksOnAnOldFile) {
+    const OldSite old;
+    {
+        Site site(old.connections, "DEMO");
+        Load load(site);
+        load.replaceSpecialValues(std::vector<SpecialValueEntry>{{minutePid, -22, std::string("40CFR75")}});
+        load.replaceRelationships(std::vector<Relationship>{{minutePid, averagePid}});
+        load.replaceUnits(std::vector<UnitName>{{5, "Boiler"}});
+        load.replaceParameterCodes(std::vector<ParameterCodeName>{{3, "SO2", "Sulfur dioxide"}});
+        load.commit();
+        site.writeAlarm({0, "DEMO", 0, "text", "", 4, "", ""});
+    }
+    Site site(old.connections, "DEMO");
+    EXPECT_EQ(site.specialValue(minutePid, -22), SpecialValue(std::string("40CFR75")));
+    EXPECT_EQ(site.relationships().relationships().size(), 2U);
+    EXPECT_EQ(site.unitName(5), "Boiler");
+    EXPECT_EQ(site.parameterCodes().codes().at(3).short_name, "SO2");
+    EXPECT_EQ(site.alarms().size(), 1U);
+}
+
+TEST(Migration, ANewFileAndAMigratedOneHaveTheSameTables) {
+    const OldSite old;
+    const DemoSite fresh;
+    { const Site site(old.connections, "DEMO"); }
+    for (const char* name : {"config.db", "alarm.db"}) {
+        const auto tables = [name](const TempFolder& folder) {
+            Database db(folder.file(name), {});
+            Statement rows(db, "SELECT name || ' ' || sql FROM sqlite_schema WHERE sql IS NOT NULL");
+            std::vector<std::string> all;
+            while (rows.step()) all.push_back(rows.text(0));
+            std::sort(all.begin(), all.end());
+            return all;
+        };
+        EXPECT_EQ(tables(old.folder), tables(fresh.folder)) << name;
+    }
+}
+
+TEST(Migration, OneThatFailsHalfWayLeavesTheFileAsItWas) {
+    const OldSite old;
+    Database(old.folder.file("config.db"), {}).execute("CREATE TABLE unit (x)");  // in the way
+    EXPECT_THROW((void)Site(old.connections, "DEMO"), Error);
+    EXPECT_EQ(old.query("config.db", "PRAGMA user_version"), 1);
+    EXPECT_EQ(old.query("config.db", "SELECT count(*) FROM sqlite_schema WHERE name = 'special_value'"), 0);
+    Database(old.folder.file("config.db"), {}).execute("DROP TABLE unit");
+    EXPECT_NO_THROW((void)Site(old.connections, "DEMO"));
+}
+
+TEST(Migration, WaitsForAnotherProgramAndIsRefusedAfterTheWait) {
+    const OldSite old;
+    Database other(old.folder.file("config.db"), {});
+    other.execute("BEGIN IMMEDIATE");
+    const std::string sentence =
+        expectError(ErrorKind::databaseLocked, [&] { (void)Site(old.connections, "DEMO", {.busy_ms = 50}); });
+    EXPECT_NE(sentence.find("config.db"), std::string::npos) << sentence;
+    other.execute("ROLLBACK");
+    EXPECT_NO_THROW((void)Site(old.connections, "DEMO", {.busy_ms = 50}));
+}
+
+TEST(Migration, ProgramsThatOpenAnOldSiteAtOnceAllSucceed) {
+    for (int trial = 0; trial < 5; ++trial) {
+        const OldSite old;
+        std::array<pid_t, 6> children{};
+        for (pid_t& child : children)
+            child = startChild([&] { (void)Site(old.connections, "DEMO").alarms(); });
+        for (const pid_t child : children) EXPECT_TRUE(succeeded(child));
+        EXPECT_EQ(old.query("config.db", "PRAGMA user_version"), 2);
+    }
+}
+
+TEST(Migration, OfAFileThatMustNotBeWrittenIsRefusedInPlainWords) {
+    const OldSite old;
+    // Held open, so that the files beside it are there and a reader needs to make none.
+    Database holder(old.folder.file("config.db"), {});
+    (void)holder.queryNumber("SELECT count(*) FROM site");
+    for (const auto& entry : std::filesystem::directory_iterator(old.folder.path()))
+        chmod(entry.path().c_str(), 0444);
+    chmod(old.folder.path().c_str(), 0755);
+    asNobody([&] {
+        const std::string sentence = expectError(ErrorKind::databaseReadOnly, [&] {
+            (void)openDatabase(DatabaseKind::config, old.folder.file("config.db"));
+        });
+        EXPECT_NE(sentence.find("older version"), std::string::npos) << sentence;
+    });
+    EXPECT_EQ(holder.queryNumber("PRAGMA user_version"), 1);
+}
+
+}  // namespace
+}  // namespace vtdn::store::test
