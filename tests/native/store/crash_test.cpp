@@ -12,7 +12,9 @@
 
 #include "demo_site.h"
 #include "items.h"
+#include "old_files.h"
 #include "power_cut_disk.h"
+#include "store/alarms.h"
 #include "store/error.h"
 #include "store/schema.h"
 
@@ -128,6 +130,77 @@ TEST(PowerCut, WhatWasAcknowledgedSurvivesAndBatchesAreWhole) {
 TEST(PowerCut, WithoutSyncsTheTrialsFindLosses) {
     EXPECT_GT(cutPower(100, "PRAGMA wal_autocheckpoint = 12; PRAGMA synchronous = OFF").lost, 10);
     EXPECT_GT(cutPower(100, "PRAGMA wal_autocheckpoint = 12; PRAGMA synchronous = NORMAL").lost, 10);
+}
+
+// Whether the log holds the acknowledged entries and at most the one that was under way besides.
+bool holdsAcknowledged(const std::vector<Alarm>& stored, std::size_t acknowledged) {
+    if (stored.size() != acknowledged && stored.size() != acknowledged + 1) return false;
+    for (std::size_t i = 0; i < stored.size(); ++i)
+        if (stored[i].message != std::to_string(stored.size() - i)) return false;
+    return true;
+}
+
+TEST(PowerCut, AlarmsThatWereAcknowledgedSurvive) {
+    TempFolder folder;
+    PowerCutDisk disk;
+    const std::string file = folder.file("alarm.db");
+    { const Database made = createDatabase(DatabaseKind::alarm, file, "S"); }
+    std::mt19937 random(62);
+    std::size_t acknowledged = 0;
+    for (int cut = 0; cut < 300; ++cut) {
+        disk.cutAfter(1 + static_cast<std::int64_t>(random() % 40));
+        try {
+            Database db = openDatabase(DatabaseKind::alarm, file);
+            while (true) {
+                writeAlarm(db, {0, "S", 0, std::to_string(acknowledged + 1), "", 1, "", ""});
+                ++acknowledged;
+            }
+        } catch (const Error&) {
+            EXPECT_TRUE(disk.isOff()) << "nothing but the power cut may end a write";
+        }
+        disk.restart(random);
+        Database db = openDatabase(DatabaseKind::alarm, file);
+        const std::vector<Alarm> stored = readAlarms(db, {});
+        ASSERT_TRUE(holdsAcknowledged(stored, acknowledged)) << "cut " << cut;
+        acknowledged = stored.size();
+    }
+    EXPECT_GT(acknowledged, 300U);
+}
+
+TEST(PowerCut, AnOldFileIsBroughtUpToDateWhollyOrNotAtAll) {
+    TempFolder folder;
+    PowerCutDisk disk;
+    const std::string file = folder.file("config.db");
+    makeOld(file, configVersion1);
+    const PowerCutDisk::Image old = disk.image();
+    std::mt19937 random(2);
+    int unchanged = 0;
+    int done = 0;
+    for (int operations = 1; operations <= 60; ++operations) {
+        disk.restore(old);
+        disk.cutAfter(operations);
+        try {
+            (void)openDatabase(DatabaseKind::config, file);
+        } catch (const Error&) {
+            EXPECT_TRUE(disk.isOff());
+        }
+        disk.restart(random);
+        std::int64_t version = 0;
+        {
+            Database db(file, {});
+            version = db.queryNumber("PRAGMA user_version");
+            const auto tables = db.queryNumber(
+                "SELECT count(*) FROM sqlite_schema WHERE name IN "
+                "('special_value', 'relationship', 'unit', 'parameter_code')");
+            ASSERT_EQ(tables, version == 1 ? 0 : 4) << "after " << operations;
+        }
+        ++(version == 1 ? unchanged : done);
+        Database db = openDatabase(DatabaseKind::config, file);
+        ASSERT_EQ(ParameterSet::load(db).entries().size(), 3U);
+        ASSERT_EQ(db.queryNumber("PRAGMA user_version"), 2);
+    }
+    EXPECT_GT(unchanged, 3);
+    EXPECT_GT(done, 3);
 }
 
 // The child writes the stamp of each acknowledged write to the pipe. Runs and single intervals, one stamp

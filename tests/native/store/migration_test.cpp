@@ -9,55 +9,12 @@
 #include "child.h"
 #include "demo_site.h"
 #include "expect_error.h"
+#include "old_files.h"
 #include "store/error.h"
 #include "store/schema.h"
 
 namespace vtdn::store::test {
 namespace {
-
-// The tables as version 1 made them.
-constexpr const char* configVersion1 = R"(
-    CREATE TABLE site (site_id TEXT NOT NULL) STRICT;
-    CREATE TABLE monitor_code (
-        code INTEGER PRIMARY KEY,
-        short_name TEXT NOT NULL,
-        long_name TEXT NOT NULL,
-        rank INTEGER NOT NULL) STRICT;
-    CREATE TABLE parameter (
-        pid INTEGER PRIMARY KEY,
-        name TEXT NOT NULL,
-        description TEXT NOT NULL,
-        format TEXT NOT NULL,
-        units TEXT NOT NULL,
-        interval TEXT NOT NULL,
-        io_type INTEGER NOT NULL,
-        parameter_type INTEGER NOT NULL,
-        calculation TEXT NOT NULL,
-        formula TEXT NOT NULL,
-        roll_up TEXT NOT NULL,
-        constant_kind INTEGER NOT NULL,
-        constant ANY) STRICT;
-    CREATE TABLE parameter_use (
-        pid INTEGER NOT NULL REFERENCES parameter ON DELETE CASCADE,
-        position INTEGER NOT NULL,
-        used_pid INTEGER NOT NULL REFERENCES parameter DEFERRABLE INITIALLY DEFERRED,
-        PRIMARY KEY (pid, position)) STRICT, WITHOUT ROWID;
-    CREATE INDEX parameter_use_by_used ON parameter_use (used_pid);
-    INSERT INTO site VALUES ('DEMO');
-    INSERT INTO monitor_code VALUES (0, '', 'No code', 0), (12, 'SUB', 'Substitute', 500);
-    INSERT INTO parameter VALUES
-        (504010000, 'Stored', '', '0.0', 'ppm', '1m', 38, 3, '', '', '', 0, NULL),
-        (504030200, 'Average', '', '', 'ppm', '1h', 10, 0, 'average', '', '', 0, NULL),
-        (590500000, 'Limit', '', '', '', '', 4, 0, '', '', '', 2, 0.5);
-    INSERT INTO parameter_use VALUES (504030200, 0, 504010000);
-    PRAGMA application_id = 0x56544346;
-    PRAGMA user_version = 1;)";
-
-constexpr const char* alarmVersion1 = R"(
-    CREATE TABLE site (site_id TEXT NOT NULL) STRICT;
-    INSERT INTO site VALUES ('DEMO');
-    PRAGMA application_id = 0x5654414C;
-    PRAGMA user_version = 1;)";
 
 // A site whose config and alarm databases are of version 1.
 struct OldSite {
@@ -71,9 +28,7 @@ struct OldSite {
     }
     void putOld(const char* name, const char* script) const {
         removeDatabase(folder.file(name));
-        Database db(folder.file(name), {.create = true});
-        db.execute("PRAGMA page_size = 8192; PRAGMA journal_mode = WAL;");
-        db.execute(script);
+        makeOld(folder.file(name), script);
     }
     [[nodiscard]] std::int64_t query(const char* name, const char* sql) const {
         return Database(folder.file(name), {}).queryNumber(sql);
