@@ -22,6 +22,7 @@ Alarm alarmAt(Time time, std::string message = "text") {
 
 std::vector<std::string> messages(const std::vector<Alarm>& alarms) {
     std::vector<std::string> all;
+    all.reserve(alarms.size());
     for (const Alarm& alarm : alarms) all.push_back(alarm.message);
     return all;
 }

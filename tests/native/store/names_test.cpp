@@ -89,7 +89,7 @@ TEST(Load, TakesAllMetadataAndLeavesNoneOfItWhenItIsNotCommitted) {
                          other.parameterCodes().codes().contains(3) &&
                          other.specialValue(minutePid, 1001) == SpecialValue(hourPid) &&
                          other.relationship(averagePid) != nullptr;
-        const bool any = other.unitName(5) != "" || other.monitorCodes().contains(12) ||
+        const bool any = !other.unitName(5).empty() || other.monitorCodes().contains(12) ||
                          other.parameterCodes().codes().contains(3) ||
                          other.specialValue(minutePid, 1001) != SpecialValue() ||
                          other.relationship(averagePid) != nullptr;

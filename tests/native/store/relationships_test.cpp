@@ -200,6 +200,7 @@ TEST(Relationships, GroupsAreWhatIsConnectedInRandomGraphs) {
         DemoSite demo;
         Database& config = demo.site.database(DatabaseKind::config);
         std::vector<Parameter> all;
+        all.reserve(nodes);
         for (int i = 0; i < nodes; ++i) all.push_back(stored(pidOf(i), i % 2 == 0 ? "1m" : "1h"));
         std::vector<Relationship> rows;
         for (int a = 0; a < nodes; a += 2)
