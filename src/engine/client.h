@@ -11,6 +11,7 @@
 #include "com/safe_array.h"
 #include "com/strings.h"
 #include "com/variant.h"
+#include "engine/data_array_blocks.h"
 #include "engine/data_array_runs.h"
 
 namespace vtdn::engine {
@@ -47,6 +48,27 @@ class ObjectWithTexts : public Object<I> {
         com::Bstr result;
         com::check((this->get()->*property)(result.receive()));
         return result;
+    }
+};
+
+/// Objects of class T, in the engine's order.
+template <class T>
+class Collection : public Object<DICollection> {
+  public:
+    using Object::Object;
+
+    [[nodiscard]] LONG count() const {
+        LONG result = 0;
+        com::check(get()->get_Count(&result));
+        return result;
+    }
+    /// The object with the given index, from 1.
+    [[nodiscard]] T item(LONG index) const {
+        com::Ptr<IDispatch> object;
+        com::check(get()->Item(index, object.receive()));
+        com::Ptr<typename T::Interface> typed;
+        if (object) com::check(object->QueryInterface(__uuidof(typename T::Interface), typed.receiveVoid()));
+        return T(std::move(typed));
     }
 };
 
@@ -100,6 +122,17 @@ class DataRuns {
     com::Ptr<DIDataArrayRuns> runs_;
 };
 
+/// Block writes into a data array, where the engine offers them.
+class DataBlocks {
+  public:
+    explicit DataBlocks(com::Ptr<DIDataArrayBlocks> blocks) noexcept : blocks_(std::move(blocks)) {}
+    explicit operator bool() const noexcept { return static_cast<bool>(blocks_); }
+    void set(LONG index, const DIDataRun& run) const { com::check(blocks_->SetRun(index, &run)); }
+
+  private:
+    com::Ptr<DIDataArrayBlocks> blocks_;
+};
+
 /// A run of consecutive intervals.
 class DataArray : public Object<DIDataArray> {
   public:
@@ -115,6 +148,17 @@ class DataArray : public Object<DIDataArray> {
         com::check(get()->Item(index, result.receive()));
         return DataItem(std::move(result));
     }
+    void fill(const com::Variant& value, LONG mc) const { com::check(get()->Fill(value.get(), mc)); }
+    /// Sets the interval with the given index, from 1.
+    void setItem(LONG index, const com::Variant& value, LONG mc) const {
+        com::check(get()->SetItem(index, value.get(), mc));
+    }
+    /// Block writes, or none when the engine does not offer them.
+    [[nodiscard]] DataBlocks blocks() const {
+        com::Ptr<DIDataArrayBlocks> result;
+        if (FAILED(get()->QueryInterface(__uuidof(DIDataArrayBlocks), result.receiveVoid()))) result.reset();
+        return DataBlocks(std::move(result));
+    }
     /// Block access; gives no run when the engine does not offer it.
     [[nodiscard]] DataRuns runs() const {
         com::Ptr<DIDataArrayRuns> result;
@@ -123,10 +167,26 @@ class DataArray : public Object<DIDataArray> {
     }
 };
 
+class Relationship : public ObjectWithTexts<DIRelationship> {
+  public:
+    using ObjectWithTexts::ObjectWithTexts;
+
+    [[nodiscard]] LONG intervalCount() const {
+        LONG result = 0;
+        com::check(get()->get_IntervalCount(&result));
+        return result;
+    }
+};
+
 class Param : public ObjectWithTexts<DIParam> {
   public:
     using ObjectWithTexts::ObjectWithTexts;
 
+    [[nodiscard]] LONG pid() const {
+        LONG result = 0;
+        com::check(get()->get_PID(&result));
+        return result;
+    }
     [[nodiscard]] LONG ioType() const {
         LONG result = 0;
         com::check(get()->get_IOType(&result));
@@ -142,6 +202,17 @@ class Param : public ObjectWithTexts<DIParam> {
         com::Variant result;
         com::check(get()->SpecialFunction(id, moreArgs.inOut(), result.receive()));
         return result;
+    }
+    [[nodiscard]] com::Variant specialValue(LONG id) const {
+        com::Variant result;
+        com::check(get()->SpecialValue(id, result.receive()));
+        return result;
+    }
+    /// None when the parameter has none.
+    [[nodiscard]] Relationship relationship() const {
+        com::Ptr<DIRelationship> result;
+        com::check(get()->get_Relationship(result.receive()));
+        return result ? Relationship(std::move(result)) : Relationship();
     }
 };
 
@@ -159,11 +230,32 @@ class Params : public Object<DIParams> {
         com::check(get()->Item(pid, -1, result.receive()));
         return Param(std::move(result));
     }
+    void flushCache() const { com::check(get()->FlushCache()); }
 };
+
+/// A numbered list of names: &DIUtils::get_MaxMC with &DIUtils::MCName, and the like.
+using HighestCode = HRESULT (STDMETHODCALLTYPE DIUtils::*)(LONG*);
+using CodeName = HRESULT (STDMETHODCALLTYPE DIUtils::*)(LONG, VARIANT_BOOL, BSTR*);
 
 class Utils : public Object<DIUtils> {
   public:
     using Object::Object;
+
+    [[nodiscard]] LONG highest(HighestCode which) const {
+        LONG result = 0;
+        com::check((get()->*which)(&result));
+        return result;
+    }
+    [[nodiscard]] com::Bstr name(CodeName which, LONG code, bool longName) const {
+        com::Bstr result;
+        com::check((get()->*which)(code, com::variantBool(longName), result.receive()));
+        return result;
+    }
+    [[nodiscard]] com::Bstr unitName(LONG unit) const {
+        com::Bstr result;
+        com::check(get()->UnitName(unit, result.receive()));
+        return result;
+    }
 
     [[nodiscard]] bool isKnownMc(LONG mc) const {
         VARIANT_BOOL result = VARIANT_FALSE;
@@ -183,6 +275,26 @@ class SelectedDahs : public ObjectWithTexts<DISelectedDahs> {
     }
 };
 
+/// What an alarm says; the texts as the client gave them, borrowed.
+struct Alarm {
+    DATE timeStamp;
+    BSTR message;
+    BSTR category;
+    LONG severity;
+    BSTR group;
+    BSTR source;
+};
+
+class AlarmWriter : public Object<DIAlarmWriter> {
+  public:
+    using Object::Object;
+
+    void writeAlarm(const com::Bstr& siteId, const Alarm& alarm) const {
+        com::check(get()->WriteAlarm(siteId.get(), alarm.timeStamp, alarm.message, alarm.category,
+                                     alarm.severity, alarm.group, alarm.source));
+    }
+};
+
 /// A site id and five connection strings, each as the client gave it; borrowed.
 struct ForcedSite {
     BSTR siteId;
@@ -193,9 +305,9 @@ struct ForcedSite {
     BSTR realtimeConnection;
 };
 
-class Engine : public Object<DIEngine> {
+class Engine : public ObjectWithTexts<DIEngine> {
   public:
-    using Object::Object;
+    using ObjectWithTexts::ObjectWithTexts;
     static Engine create() { return engine::create<Engine>(CLSID_DIEngineClass); }
 
     void setClientAppName(BSTR name) const { com::check(get()->SetClientAppName(name)); }
@@ -212,6 +324,22 @@ class Engine : public Object<DIEngine> {
         return result != VARIANT_FALSE;
     }
     void close() const { com::check(get()->Close()); }
+    [[nodiscard]] AlarmWriter alarmWriter() const {
+        com::Ptr<DIAlarmWriter> result;
+        com::check(get()->get_AlarmWriter(result.receive()));
+        return AlarmWriter(std::move(result));
+    }
+    /// The parameters that carry a relationship.
+    [[nodiscard]] Collection<Param> relationshipParams() const {
+        com::Ptr<DICollection> result;
+        com::check(get()->RelationshipParams(0, -1, result.receive()));
+        return Collection<Param>(std::move(result));
+    }
+    [[nodiscard]] Collection<Param> paramsOfTypes(const com::SafeArray& types) const {
+        com::Ptr<DICollection> result;
+        com::check(get()->ParamsOfTypes(types.get(), result.receive()));
+        return Collection<Param>(std::move(result));
+    }
     [[nodiscard]] Params params() const {
         com::Ptr<DIParams> result;
         com::check(get()->get_Params(result.receive()));

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "com/strings.h"
+#include "engine/data_array_blocks.h"
 #include "engine/data_array_runs.h"
 #include "fake_engine/event_container.h"
 #include "fake_engine/object.h"
@@ -118,17 +119,47 @@ class ArrayItem final : public Member<EngineObject<DIDataArrayItem>> {
     const Interval* interval_ = nullptr;
 };
 
-class DataArray final : public Member<EngineObject<DIDataArray, DIDataArrayRuns>> {
+class DataArray final : public Member<EngineObject<DIDataArray, DIDataArrayRuns, DIDataArrayBlocks>> {
   public:
     explicit DataArray(Site& site) : Member(site) {}
     ~DataArray() override { delete idle_; }
 
     void fill(const std::vector<Interval>& run) { run_ = &run; }
+    /// What a client put into the array, one for each interval.
+    [[nodiscard]] std::vector<Interval> contents() const {
+        std::vector<Interval> all(own_);
+        all.resize(static_cast<std::size_t>(std::max(count_, LONG{0})));
+        return all;
+    }
     void takeBack(ArrayItem* item) { delete std::exchange(idle_, item); }
 
     HRESULT STDMETHODCALLTYPE Define(DATE, LONG count, BSTR, LONG, LONG) override {
         if (const HRESULT failed = tapped("DIDataArray.Define"); FAILED(failed)) return failed;
         count_ = count;
+        own_.clear();
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE Fill(VARIANT value, LONG mc) override {
+        if (const HRESULT failed = tapped("DIDataArray.Fill"); FAILED(failed)) return failed;
+        own_.assign(static_cast<std::size_t>(std::max(count_, LONG{0})),
+                    Interval{com::Variant::copyOf(value), mc});
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE SetItem(LONG index, VARIANT value, LONG mc) override {
+        if (const HRESULT failed = tapped("DIDataArray.SetItem"); FAILED(failed)) [[unlikely]]
+            return failed;
+        ++site().setItemCalls;
+        if (index < 1 || index > count_) return DISP_E_BADINDEX;
+        set(index, com::Variant::copyOf(value), mc);
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE SetRun(LONG index, const DIDataRun* run) override {
+        if (const HRESULT failed = tapped("DIDataArrayBlocks.SetRun"); FAILED(failed)) return failed;
+        ++site().setRunCalls;
+        if (index < 1 || run->count < 1 || run->count > count_ - index + 1) return E_INVALIDARG;
+        for (LONG i = 0; i < run->count; ++i) {
+            set(index + i, valueOf(*run, i), run->mcs ? run->mcs[i] : run->mc);
+        }
         return S_OK;
     }
     HRESULT STDMETHODCALLTYPE Item(LONG index, DIDataArrayItem** result) override {
@@ -175,10 +206,31 @@ class DataArray final : public Member<EngineObject<DIDataArray, DIDataArrayRuns>
         if (IsEqualIID(iid, __uuidof(DIDataArrayRuns)) && site().offerRuns) {
             return static_cast<DIDataArrayRuns*>(this);
         }
+        if (IsEqualIID(iid, __uuidof(DIDataArrayBlocks)) && site().offerBlocks) {
+            return static_cast<DIDataArrayBlocks*>(this);
+        }
         return Member::find(iid);
     }
 
   private:
+    static com::Variant valueOf(const DIDataRun& run, LONG i) {
+        switch (run.type) {
+            case VT_NULL:
+                return com::Variant::null();
+            case VT_I4:
+                return com::Variant::of(static_cast<const LONG*>(run.values)[i]);
+            case VT_R4:
+                return com::Variant::of(static_cast<const float*>(run.values)[i]);
+            case VT_R8:
+                return com::Variant::of(static_cast<const double*>(run.values)[i]);
+            default:
+                return {};
+        }
+    }
+    void set(LONG index, com::Variant value, LONG mc) {
+        if (own_.empty()) own_.resize(static_cast<std::size_t>(count_));
+        own_[static_cast<std::size_t>(index) - 1] = {std::move(value), mc};
+    }
     [[nodiscard]] const Interval& at(LONG index) const {
         static const Interval none;
         const auto i = static_cast<std::size_t>(index) - 1;
@@ -206,6 +258,7 @@ class DataArray final : public Member<EngineObject<DIDataArray, DIDataArrayRuns>
     }
 
     const std::vector<Interval>* run_ = nullptr;
+    std::vector<Interval> own_;
     LONG count_ = 0;
     ArrayItem* idle_ = nullptr;
     std::vector<LONG> longs_;
@@ -220,9 +273,55 @@ void ArrayItem::dispose() {
     owner.Release();  // last: it may delete this item
 }
 
+class RelationshipOf final : public Member<EngineObject<DIRelationship>> {
+  public:
+    RelationshipOf(Site& site, const Relationship& relationship)
+        : Member(site), relationship_(relationship) {}
+
+    HRESULT STDMETHODCALLTYPE get_IntervalCount(LONG* result) override {
+        if (const HRESULT failed = tapped("DIRelationship.IntervalCount"); FAILED(failed)) return failed;
+        *result = relationship_.intervalCount;
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE get_IntervalUnit(BSTR* out) override {
+        *out = nullptr;
+        const HRESULT failed = tapped("DIRelationship.IntervalUnit");
+        return FAILED(failed) ? failed : textOut(relationship_.intervalUnit, out);
+    }
+    HRESULT STDMETHODCALLTYPE get_DetailXML(BSTR* out) override {
+        *out = nullptr;
+        const HRESULT failed = tapped("DIRelationship.DetailXML");
+        return FAILED(failed) ? failed : textOut(relationship_.detailXml, out);
+    }
+
+  private:
+    const Relationship& relationship_;
+};
+
 class Param final : public Member<EngineObject<DIParam>> {
   public:
-    Param(Site& site, Parameter& parameter) : Member(site), parameter_(parameter) {}
+    Param(Site& site, LONG pid, Parameter& parameter) : Member(site), pid_(pid), parameter_(parameter) {}
+
+    HRESULT STDMETHODCALLTYPE get_PID(LONG* result) override {
+        if (const HRESULT failed = tapped("DIParam.PID"); FAILED(failed)) return failed;
+        *result = pid_;
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE SpecialValue(LONG id, VARIANT* result) override {
+        VariantInit(result);
+        if (const HRESULT failed = tapped("DIParam.SpecialValue"); FAILED(failed)) return failed;
+        const auto found = parameter_.specialValues.find(id);
+        if (found != parameter_.specialValues.end()) return copyVariant(result, found->second.get());
+        result->vt = VT_NULL;
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE get_Relationship(DIRelationship** result) override {
+        *result = nullptr;
+        if (const HRESULT failed = tapped("DIParam.Relationship"); FAILED(failed)) return failed;
+        if (parameter_.relationship)
+            com::Ptr<DIRelationship>(new RelationshipOf(site(), *parameter_.relationship)).detachTo(result);
+        return S_OK;
+    }
 
     HRESULT STDMETHODCALLTYPE get_Fmt(BSTR* out) override {
         return text("DIParam.Fmt", parameter_.format, out);
@@ -269,7 +368,11 @@ class Param final : public Member<EngineObject<DIParam>> {
         VariantInit(result);
         if (const HRESULT failed = tapped("DIParam.SpecialFunction"); FAILED(failed)) return failed;
         constexpr LONG writeDataItem = 6;
-        return id == writeDataItem ? store(*moreArgs) : E_INVALIDARG;
+        constexpr LONG writeDataArray = 33;
+        if (id == writeDataItem) return store(*moreArgs);
+        if (id == writeDataArray) return storeRun(*moreArgs, result);
+        return parameter_.functionAnswer ? copyVariant(result, parameter_.functionAnswer->get())
+                                         : E_INVALIDARG;
     }
 
   private:
@@ -297,7 +400,59 @@ class Param final : public Member<EngineObject<DIParam>> {
         return result;
     }
 
+    /// Takes over what the arrays hold: [0] is the data, [1] the mask.
+    HRESULT storeRun(SAFEARRAY* arguments, VARIANT* result) {
+        std::vector<Interval>* const targets[] = {&parameter_.written, &parameter_.mask};
+        for (LONG i = 0; i < 2; ++i) {
+            com::Variant object;
+            if (const HRESULT failed = SafeArrayGetElement(arguments, &i, object.receive()); FAILED(failed))
+                return failed;
+            if (object.type() != VT_DISPATCH) return DISP_E_TYPEMISMATCH;
+            DataArray* array = nullptr;
+            if (FAILED(
+                    object.get().pdispVal->QueryInterface(lenientArrayId, reinterpret_cast<void**>(&array))))
+                return DISP_E_TYPEMISMATCH;
+            *targets[i] = array->contents();
+            array->Release();
+        }
+        com::Variant::ofBool(true).detachTo(result);
+        return S_OK;
+    }
+
+    LONG pid_;
     Parameter& parameter_;
+};
+
+/// The parameters of a site that a test picks, ascending by PID.
+class ParamList final : public Member<EngineObject<DICollection>> {
+  public:
+    template <class Pick>
+    ParamList(Site& site, Pick pick) : Member(site) {
+        for (auto& [pid, parameter] : site.parameters) {
+            if (pick(parameter)) pids_.push_back(pid);
+        }
+    }
+
+    HRESULT STDMETHODCALLTYPE get_Count(LONG* result) override {
+        if (const HRESULT failed = tapped("DICollection.Count"); FAILED(failed)) return failed;
+        *result = static_cast<LONG>(pids_.size());
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE Item(LONG index, IDispatch** result) override {
+        *result = nullptr;
+        if (const HRESULT failed = tapped("DICollection.Item"); FAILED(failed)) return failed;
+        if (index < 1 || static_cast<std::size_t>(index) > pids_.size()) return DISP_E_BADINDEX;
+        const LONG pid = pids_[static_cast<std::size_t>(index) - 1];
+        com::Ptr<IDispatch>(new Param(site(), pid, site().parameters.at(pid))).detachTo(result);
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE get__NewEnum(IUnknown** result) override {
+        *result = nullptr;
+        return E_NOTIMPL;
+    }
+
+  private:
+    std::vector<LONG> pids_;
 };
 
 class Params final : public Member<EngineObject<DIParams>> {
@@ -314,7 +469,12 @@ class Params final : public Member<EngineObject<DIParams>> {
         if (const HRESULT failed = tapped("DIParams.Item"); FAILED(failed)) return failed;
         const auto found = site().parameters.find(pid);
         if (found == site().parameters.end()) return DISP_E_BADINDEX;
-        com::Ptr<DIParam>(new Param(site(), found->second)).detachTo(result);
+        com::Ptr<DIParam>(new Param(site(), pid, found->second)).detachTo(result);
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE FlushCache() override {
+        if (const HRESULT failed = tapped("DIParams.FlushCache"); FAILED(failed)) return failed;
+        ++site().cacheFlushes;
         return S_OK;
     }
 };
@@ -326,6 +486,54 @@ class Utils final : public Member<EngineObject<DIUtils>> {
     HRESULT STDMETHODCALLTYPE IsKnownMC(LONG mc, VARIANT_BOOL* result) override {
         if (const HRESULT failed = tapped("DIUtils.IsKnownMC"); FAILED(failed)) return failed;
         *result = com::variantBool(site().knownMcs.contains(mc));
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE get_MaxMC(LONG* result) override {
+        return highest("DIUtils.MaxMC", site().monitorCodes, result);
+    }
+    HRESULT STDMETHODCALLTYPE get_MaxPC(LONG* result) override {
+        return highest("DIUtils.MaxPC", site().parameterCodes, result);
+    }
+    HRESULT STDMETHODCALLTYPE MCName(LONG code, VARIANT_BOOL longName, BSTR* out) override {
+        return name("DIUtils.MCName", site().monitorCodes, code, longName, out);
+    }
+    HRESULT STDMETHODCALLTYPE PCName(LONG code, VARIANT_BOOL longName, BSTR* out) override {
+        return name("DIUtils.PCName", site().parameterCodes, code, longName, out);
+    }
+    HRESULT STDMETHODCALLTYPE UnitName(LONG unit, BSTR* out) override {
+        *out = nullptr;
+        const HRESULT failed = tapped("DIUtils.UnitName");
+        return FAILED(failed) ? failed : textOut(at(site().units, unit), out);
+    }
+
+  private:
+    static std::wstring_view at(const std::vector<std::wstring>& names, LONG i) {
+        return i >= 0 && static_cast<std::size_t>(i) < names.size() ? names[static_cast<std::size_t>(i)]
+                                                                    : std::wstring_view();
+    }
+    HRESULT highest(const char* call, const Names& names, LONG* result) {
+        if (const HRESULT failed = tapped(call); FAILED(failed)) return failed;
+        *result = static_cast<LONG>(names.shortNames.size()) - 1;
+        return S_OK;
+    }
+    HRESULT name(const char* call, const Names& names, LONG code, VARIANT_BOOL longName, BSTR* out) {
+        *out = nullptr;
+        const HRESULT failed = tapped(call);
+        return FAILED(failed) ? failed
+                              : textOut(at(longName ? names.longNames : names.shortNames, code), out);
+    }
+};
+
+class AlarmWriter final : public Member<EngineObject<DIAlarmWriter>> {
+  public:
+    explicit AlarmWriter(Site& site) : Member(site) {}
+
+    HRESULT STDMETHODCALLTYPE WriteAlarm(BSTR siteId, DATE time, BSTR message, BSTR category, LONG severity,
+                                         BSTR group, BSTR source) override {
+        if (const HRESULT failed = tapped("DIAlarmWriter.WriteAlarm"); FAILED(failed)) return failed;
+        const auto text = [](BSTR given) { return std::wstring(com::view(given)); };
+        site().alarms.push_back(
+            {text(siteId), time, text(message), text(category), severity, text(group), text(source)});
         return S_OK;
     }
 };
@@ -382,6 +590,28 @@ class Engine final : public Member<WithEvents<EngineObject<DIEngine, IConnection
     explicit Engine(Site& site) : Member(site, site.sinks) {}
 
     HRESULT STDMETHODCALLTYPE SetClientAppName(BSTR) override { return tapped("DIEngine.SetClientAppName"); }
+    HRESULT STDMETHODCALLTYPE get_SiteID(BSTR* out) override {
+        *out = nullptr;
+        const HRESULT failed = tapped("DIEngine.SiteID");
+        return FAILED(failed) ? failed : textOut(site().siteId, out);
+    }
+    HRESULT STDMETHODCALLTYPE get_AlarmWriter(DIAlarmWriter** result) override {
+        return object<fake::AlarmWriter>("DIEngine.AlarmWriter", result);
+    }
+    HRESULT STDMETHODCALLTYPE RelationshipParams(LONG, LONG, DICollection** result) override {
+        return object<ParamList>("DIEngine.RelationshipParams", result, [](const Parameter& parameter) {
+            return parameter.relationship.has_value();
+        });
+    }
+    HRESULT STDMETHODCALLTYPE ParamsOfTypes(SAFEARRAY* types, DICollection** result) override {
+        LONG first = 0;
+        com::Variant type;
+        if (const HRESULT failed = SafeArrayGetElement(types, &first, type.receive()); FAILED(failed))
+            return failed;
+        return object<ParamList>("DIEngine.ParamsOfTypes", result, [&type](const Parameter& parameter) {
+            return parameter.type == type.get().lVal;
+        });
+    }
     HRESULT STDMETHODCALLTYPE get_Params(DIParams** result) override {
         return object<Params>("DIEngine.Params", result);
     }
@@ -411,11 +641,11 @@ class Engine final : public Member<WithEvents<EngineObject<DIEngine, IConnection
     }
 
   private:
-    template <class Class, class I>
-    HRESULT object(const char* call, I** result) {
+    template <class Class, class I, class... Arguments>
+    HRESULT object(const char* call, I** result, Arguments... arguments) {
         *result = nullptr;
         if (const HRESULT failed = tapped(call); FAILED(failed)) return failed;
-        com::Ptr<I>(new Class(site())).detachTo(result);
+        com::Ptr<I>(new Class(site(), arguments...)).detachTo(result);
         return S_OK;
     }
 };

@@ -7,6 +7,7 @@
 
 #include <map>
 #include <memory>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -24,6 +25,29 @@ struct Interval {
     LONG mc = 0;
 };
 
+struct Relationship {
+    LONG intervalCount = 1;
+    std::wstring intervalUnit;
+    std::wstring detailXml;
+};
+
+struct Alarm {
+    std::wstring siteId;
+    DATE timeStamp = 0;
+    std::wstring message;
+    std::wstring category;
+    LONG severity = 0;
+    std::wstring group;
+    std::wstring source;
+    friend bool operator==(const Alarm&, const Alarm&) = default;
+};
+
+/// A numbered list of names, from code 0 on; a code beyond it has no name.
+struct Names {
+    std::vector<std::wstring> shortNames;
+    std::vector<std::wstring> longNames;
+};
+
 struct Parameter {
     std::wstring name;
     std::wstring format;
@@ -33,6 +57,14 @@ struct Parameter {
     std::wstring usedPids;      ///< decimal, separated by ","
     std::vector<Interval> run;  ///< what a data array is filled with, whatever its start; Null beyond the end
     std::map<DATE, Interval> stored;  ///< single intervals by their time; Null and code 0 at any other time
+    LONG type = 0;                    ///< parameter type
+    std::map<LONG, com::Variant> specialValues;  ///< Null for any other id
+    std::optional<Relationship> relationship;
+    /// What special function 33 was given last: the data and the mask of each interval.
+    std::vector<Interval> written;
+    std::vector<Interval> mask;
+    /// What any special function but 6 and 33 answers; E_INVALIDARG without it.
+    std::optional<com::Variant> functionAnswer;
 };
 
 /// Sees every call that reaches the engine, before it is answered.
@@ -55,12 +87,20 @@ struct Site {
     std::wstring siteId;             ///< of the last SetupForced
     std::wstring text = L"lenient";  ///< every other text of SelectedDahs
     bool setupAnswer = true;
-    bool offerRuns = false;        ///< whether data arrays have DIDataArrayRuns
-    LONG longestRun = 0x7FFFFFFF;  ///< a run ends after so many items
+    Names monitorCodes;
+    Names parameterCodes;
+    std::vector<std::wstring> units;  ///< names by number; "" beyond the end
+    std::vector<Alarm> alarms;        ///< written so far
+    bool offerRuns = false;           ///< whether data arrays have DIDataArrayRuns
+    bool offerBlocks = false;         ///< whether data arrays have DIDataArrayBlocks
+    LONG longestRun = 0x7FFFFFFF;     ///< a run ends after so many items
     Tap* tap = nullptr;
     long objects = 0;                                          ///< objects of the engine that are alive
     long itemCalls = 0;                                        ///< DIDataArray.Item calls so far
     long runCalls = 0;                                         ///< DIDataArrayRuns.GetRun calls so far
+    long setItemCalls = 0;                                     ///< DIDataArray.SetItem calls so far
+    long setRunCalls = 0;                                      ///< DIDataArrayBlocks.SetRun calls so far
+    long cacheFlushes = 0;                                     ///< DIParams.FlushCache calls so far
     long closes = 0;                                           ///< DIEngine.Close calls so far
     std::shared_ptr<Sinks> sinks = std::make_shared<Sinks>();  ///< connected to any engine of the site
 };

@@ -1,6 +1,7 @@
 // The engine's classes with every call handed to the script.
 #include <ocidl.h>
 
+#include <algorithm>
 #include <charconv>
 #include <initializer_list>
 #include <string>
@@ -43,6 +44,8 @@ const char* boolean(VARIANT_BOOL value) {
                                     : "a boolean other than 0 and -1";
 }
 
+std::string describe(SAFEARRAY* array, const Script& script);
+
 /// A variant, with its objects named by the script.
 std::string describe(const VARIANT& value, const Script& script) {
     switch (value.vt) {
@@ -66,6 +69,8 @@ std::string describe(const VARIANT& value, const Script& script) {
             return joined({"BSTR ", quoted(value.bstrVal)});
         case VT_DISPATCH:
             return joined({"Dispatch ", script.nameOf(value.pdispVal)});
+        case VT_ARRAY | VT_VARIANT:
+            return describe(value.parray, script);
         default:
             return joined({"type ", std::to_string(value.vt)});
     }
@@ -109,7 +114,7 @@ class Scripted : public Base {
     }
     [[nodiscard]] HRESULT done(const std::string& member) const { return play(member).result(); }
 
-    HRESULT text(const char* member, BSTR* out) const {
+    HRESULT text(const std::string& member, BSTR* out) const {
         *out = nullptr;
         const Answer answer = play(member);
         if (FAILED(answer.result()) || answer.value().type() != VT_BSTR) return answer.result();
@@ -172,11 +177,29 @@ class StrictArray final : public Scripted<EngineObject<DIDataArray>> {
         const std::string item = joined({"Item(", number(index), ")"});
         return object<StrictItem>(joined({".", item}), result, item);
     }
+    HRESULT STDMETHODCALLTYPE Fill(VARIANT value, LONG mc) override {
+        return done(joined({".Fill(", describe(value, *script()), ", ", number(mc), ")"}));
+    }
+    HRESULT STDMETHODCALLTYPE SetItem(LONG index, VARIANT value, LONG mc) override {
+        return done(
+            joined({".SetItem(", number(index), ", ", describe(value, *script()), ", ", number(mc), ")"}));
+    }
+};
+
+class StrictRelationship final : public Scripted<EngineObject<DIRelationship>> {
+  public:
+    using Scripted::Scripted;
+    HRESULT STDMETHODCALLTYPE get_IntervalCount(LONG* result) override {
+        return integer(".IntervalCount", result);
+    }
+    HRESULT STDMETHODCALLTYPE get_IntervalUnit(BSTR* out) override { return text(".IntervalUnit", out); }
+    HRESULT STDMETHODCALLTYPE get_DetailXML(BSTR* out) override { return text(".DetailXML", out); }
 };
 
 class StrictParam final : public Scripted<EngineObject<DIParam>> {
   public:
     using Scripted::Scripted;
+    HRESULT STDMETHODCALLTYPE get_PID(LONG* result) override { return integer(".PID", result); }
     HRESULT STDMETHODCALLTYPE get_Fmt(BSTR* out) override { return text(".Fmt", out); }
     HRESULT STDMETHODCALLTYPE get_IntervalType(BSTR* out) override { return text(".IntervalType", out); }
     HRESULT STDMETHODCALLTYPE get_MeasUnits(BSTR* out) override { return text(".MeasUnits", out); }
@@ -202,6 +225,27 @@ class StrictParam final : public Scripted<EngineObject<DIParam>> {
         }
         return answer;
     }
+    HRESULT STDMETHODCALLTYPE SpecialValue(LONG id, VARIANT* result) override {
+        return variant(joined({".SpecialValue(", number(id), ")"}), result);
+    }
+    HRESULT STDMETHODCALLTYPE get_Relationship(DIRelationship** result) override {
+        return object<StrictRelationship>(".Relationship", result, "Relationship");
+    }
+};
+
+/// A collection of parameters; the n-th is called Listed(n).
+class StrictList final : public Scripted<EngineObject<DICollection>> {
+  public:
+    using Scripted::Scripted;
+    HRESULT STDMETHODCALLTYPE get_Count(LONG* result) override { return integer(".Count", result); }
+    HRESULT STDMETHODCALLTYPE Item(LONG index, IDispatch** result) override {
+        return object<StrictParam>(joined({".Item(", number(index), ")"}), result,
+                                   joined({"Listed(", number(index), ")"}));
+    }
+    HRESULT STDMETHODCALLTYPE get__NewEnum(IUnknown** result) override {
+        *result = nullptr;
+        return done("._NewEnum");
+    }
 };
 
 class StrictParams final : public Scripted<EngineObject<DIParams>> {
@@ -214,6 +258,7 @@ class StrictParams final : public Scripted<EngineObject<DIParams>> {
         return object<StrictParam>(joined({".Item(", number(pid), ", ", number(flag), ")"}), result,
                                    joined({"Param(", number(pid), ")"}));
     }
+    HRESULT STDMETHODCALLTYPE FlushCache() override { return done(".FlushCache"); }
 };
 
 class StrictUtils final : public Scripted<EngineObject<DIUtils>> {
@@ -221,6 +266,28 @@ class StrictUtils final : public Scripted<EngineObject<DIUtils>> {
     using Scripted::Scripted;
     HRESULT STDMETHODCALLTYPE IsKnownMC(LONG mc, VARIANT_BOOL* result) override {
         return yesOrNo(joined({".IsKnownMC(", number(mc), ")"}), result);
+    }
+    HRESULT STDMETHODCALLTYPE get_MaxMC(LONG* result) override { return integer(".MaxMC", result); }
+    HRESULT STDMETHODCALLTYPE get_MaxPC(LONG* result) override { return integer(".MaxPC", result); }
+    HRESULT STDMETHODCALLTYPE MCName(LONG code, VARIANT_BOOL longName, BSTR* out) override {
+        return text(joined({".MCName(", number(code), ", ", boolean(longName), ")"}), out);
+    }
+    HRESULT STDMETHODCALLTYPE PCName(LONG code, VARIANT_BOOL longName, BSTR* out) override {
+        return text(joined({".PCName(", number(code), ", ", boolean(longName), ")"}), out);
+    }
+    HRESULT STDMETHODCALLTYPE UnitName(LONG unit, BSTR* out) override {
+        return text(joined({".UnitName(", number(unit), ")"}), out);
+    }
+};
+
+class StrictAlarms final : public Scripted<EngineObject<DIAlarmWriter>> {
+  public:
+    using Scripted::Scripted;
+    HRESULT STDMETHODCALLTYPE WriteAlarm(BSTR siteId, DATE time, BSTR message, BSTR category, LONG severity,
+                                         BSTR group, BSTR source) override {
+        return done(joined({".WriteAlarm(", quoted(siteId), ", ", number(time), ", ", quoted(message), ", ",
+                            quoted(category), ", ", number(severity), ", ", quoted(group), ", ",
+                            quoted(source), ")"}));
     }
 };
 
@@ -258,6 +325,18 @@ class StrictEngineObject final
     HRESULT STDMETHODCALLTYPE SetClientAppName(BSTR name) override {
         return done(joined({".SetClientAppName(", quoted(name), ")"}));
     }
+    HRESULT STDMETHODCALLTYPE get_SiteID(BSTR* out) override { return text(".SiteID", out); }
+    HRESULT STDMETHODCALLTYPE get_AlarmWriter(DIAlarmWriter** result) override {
+        return object<StrictAlarms>(".AlarmWriter", result, "Alarms");
+    }
+    HRESULT STDMETHODCALLTYPE RelationshipParams(LONG first, LONG second, DICollection** result) override {
+        return object<StrictList>(joined({".RelationshipParams(", number(first), ", ", number(second), ")"}),
+                                  result, "List");
+    }
+    HRESULT STDMETHODCALLTYPE ParamsOfTypes(SAFEARRAY* types, DICollection** result) override {
+        return object<StrictList>(joined({".ParamsOfTypes(", describe(types, *script()), ")"}), result,
+                                  "List");
+    }
     HRESULT STDMETHODCALLTYPE get_Params(DIParams** result) override {
         return object<StrictParams>(".Params", result, "Params");
     }
@@ -286,7 +365,9 @@ com::Ptr<IUnknown> makeStrictEngine(const std::shared_ptr<Script>& script) {
     return com::Ptr<IUnknown>(static_cast<DIEngine*>(new StrictEngineObject(script)));
 }
 com::Ptr<IUnknown> makeStrictArray(const std::shared_ptr<Script>& script) {
-    return com::Ptr<IUnknown>(new StrictArray(script, "Array"));
+    const auto names = script->alive();
+    const bool second = std::ranges::find(names, "Array") != names.end();
+    return com::Ptr<IUnknown>(new StrictArray(script, second ? "Array2" : "Array"));
 }
 com::Ptr<IUnknown> makeStrictItem(const std::shared_ptr<Script>& script) {
     return com::Ptr<IUnknown>(new StrictItem(script, "New"));
