@@ -12,7 +12,7 @@ namespace {
 /// Codes below this one have three digits, the others four.
 constexpr int firstWideCode = 49;
 
-/// Longer than any of the texts.
+/// Longer than most of the texts.
 constexpr std::size_t room = 64;
 
 std::wstring startedWith(std::wstring_view text) {
@@ -54,6 +54,25 @@ std::wstring unknownMonitorCode(std::int32_t mc, Code code) {
     auto text = startedWith(L"'");
     common::appendNumber(text, mc);
     return endedWith(std::move(text), L"' is not a known monitor code", code);
+}
+
+std::wstring differentSizes(std::int32_t pid, Code code) {
+    auto text = startedWith(L"Array sizes are different. Can't write values/MCs to ");
+    common::appendPid(text, pid);
+    return endedWith(std::move(text), {}, code);
+}
+
+std::wstring countMismatch(std::int32_t pid, Code code) {
+    auto text = startedWith(L"Count does not match array size. Can't write values/MCs to ");
+    common::appendPid(text, pid);
+    return endedWith(std::move(text), {}, code);
+}
+
+std::wstring trappedError(std::int32_t number, std::wstring_view description, Code code) {
+    auto text = startedWith({});
+    common::appendNumber(text, number);
+    text += L", ";
+    return endedWith(std::move(text), description, code);
 }
 
 }  // namespace vtdn::binding

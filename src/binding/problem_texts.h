@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 namespace vtdn::binding {
 
@@ -25,5 +26,11 @@ std::wstring wrongTimeType(std::int32_t pid, Code code);
 std::wstring notDatabaseIo(std::int32_t pid, Code code);
 /// '99' is not a known monitor code (WDN-nnn)
 std::wstring unknownMonitorCode(std::int32_t mc, Code code);
+/// Array sizes are different. Can't write values/MCs to 1-234-5-67-89 (WDN-nnn)
+std::wstring differentSizes(std::int32_t pid, Code code);
+/// Count does not match array size. Can't write values/MCs to 1-234-5-67-89 (WDN-nnn)
+std::wstring countMismatch(std::int32_t pid, Code code);
+/// 13, Type mismatch (WDN-nnn)
+std::wstring trappedError(std::int32_t number, std::wstring_view description, Code code);
 
 }  // namespace vtdn::binding

@@ -1,5 +1,6 @@
 #include "binding/variants.h"
 
+#include "com/error.h"
 #include "common/pid.h"
 
 namespace vtdn::binding {
@@ -23,6 +24,12 @@ bool isValidPid(const VARIANT& value) noexcept {
 
 com::Variant nullToEmpty(const VARIANT& value) {
     return value.vt == VT_NULL ? com::Variant() : com::Variant::copyOf(value);
+}
+
+bool isTrue(const com::Variant& value) {
+    bool truth = false;
+    if (!value.isNull()) com::check(com::toBool(value.get(), truth));
+    return truth;
 }
 
 }  // namespace vtdn::binding

@@ -12,4 +12,7 @@ bool isValidPid(const VARIANT& value) noexcept;
 /// Null becomes Empty; any other value is copied as it is.
 com::Variant nullToEmpty(const VARIANT& value);
 
+/// A boolean by the platform's conversion; Null counts as False. Throws what does not convert.
+bool isTrue(const com::Variant& value);
+
 }  // namespace vtdn::binding

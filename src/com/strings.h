@@ -53,6 +53,16 @@ inline void replace(BSTR* target, Bstr text) noexcept {
     SysFreeString(std::exchange(*target, text.detach()));
 }
 
+/// A string that a client passes by reference; it stays as it is until it is set.
+class ClientBstr {
+  public:
+    explicit ClientBstr(BSTR* argument) noexcept : argument_(argument) {}
+    void set(Bstr text) const noexcept { replace(argument_, std::move(text)); }
+
+  private:
+    BSTR* argument_;
+};
+
 /// UTF-16 to and from UTF-8, character by character; an unpaired surrogate becomes U+FFFD.
 std::string toUtf8(std::wstring_view text);
 std::wstring fromUtf8(std::string_view text);

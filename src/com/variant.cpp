@@ -177,6 +177,14 @@ Variant Variant::of(IDispatch* object) noexcept {
     return v;
 }
 
+Variant Variant::of(SAFEARRAY* array) {
+    SAFEARRAY* copy = nullptr;
+    if (array) check(SafeArrayCopy(array, &copy));
+    Variant v = withType(VT_ARRAY | VT_VARIANT);
+    v.value_.parray = copy;
+    return v;
+}
+
 void Variant::detachTo(VARIANT* out) noexcept {
     *out = value_;
     VariantInit(&value_);

@@ -47,6 +47,20 @@ class DIWrapper final : public com::Object<DIWrapper, _DIWrapper> {
     STDMETHODIMP Param_FindPIDsUsedByPID(LONG lngPID, BSTR* strEditablePIDs, BSTR* strConstantPIDs,
                                          VARIANT_BOOL* result) noexcept override;
 
+    // Lists of parameters: src/params/DIWrapper_lists.cpp
+    STDMETHODIMP GetListOfTypeXPIDs(LONG lngParamType, BSTR* result) noexcept override;
+    STDMETHODIMP GetListOf75CalPIDs(BSTR* result) noexcept override;
+    STDMETHODIMP GetListOfCalPIDs(BSTR* result) noexcept override;
+    STDMETHODIMP GetListOf75LinearityPIDs(BSTR* result) noexcept override;
+    STDMETHODIMP GetListOf75IntfCheckPIDs(BSTR* result) noexcept override;
+
+    // Relationships: src/params/DIWrapper_relationships.cpp
+    STDMETHODIMP GetListOfRelationshipPIDs(ParamRelationshipEnum lngParamRelationship, LONG lngIntervalCount,
+                                           BSTR* result) noexcept override;
+    STDMETHODIMP GetRelationshipDetailData(LONG lngPID, BSTR* strRelationshipInfoXML,
+                                           VARIANT_BOOL* result) noexcept override;
+    STDMETHODIMP GetListOfAllRelationshipPIDs(BSTR* result) noexcept override;
+
     // Reads: src/params/DIWrapper_reads.cpp
     STDMETHODIMP Param_GetData_String(LONG lngPID, DATE dtmStartTime, BSTR* strValue, LONG* lngMC,
                                       VARIANT_BOOL* result) noexcept override;
@@ -83,6 +97,44 @@ class DIWrapper final : public com::Object<DIWrapper, _DIWrapper> {
                                        VARIANT_BOOL* result) noexcept override;
     STDMETHODIMP Param_WriteVMC_String(LONG lngPID, DATE dtmTStamp, float strValue, LONG lngMC,
                                        VARIANT_BOOL* result) noexcept override;
+
+    // Writes of a run: src/params/DIWrapper_bulk_write.cpp
+    STDMETHODIMP Param_WriteValues(LONG lngPID, DATE dtmPeriodStart, LONG lngIntervalCount,
+                                   BSTR strIntervalType, LONG lngIntervalLength, BSTR strValues,
+                                   SAFEARRAY** lngMCs, SAFEARRAY** lngFlags,
+                                   VARIANT_BOOL* result) noexcept override;
+
+    // Special values and functions: src/params/DIWrapper_special.cpp
+    STDMETHODIMP Param_CallSF_CalcOpTime(LONG lngPID, DATE dtmStart, DATE dtmEnd,
+                                         LONG* result) noexcept override;
+    STDMETHODIMP Param_GetSpecialValue_Int32(LONG lngPID, LONG lngSpecialValueID,
+                                             LONG* result) noexcept override;
+    STDMETHODIMP Param_GetSpecialValue_Boolean(LONG lngPID, LONG lngSpecialValueID,
+                                               VARIANT_BOOL* result) noexcept override;
+    STDMETHODIMP Param_GetSpecialValue_String(LONG lngPID, LONG lngSpecialValueID,
+                                              BSTR* result) noexcept override;
+    STDMETHODIMP Param_GetSpecialFunction_Boolean(LONG lngPID, LONG lngSpecialFunctionID,
+                                                  SAFEARRAY** varMoreArgs,
+                                                  VARIANT_BOOL* result) noexcept override;
+    STDMETHODIMP Param_GetSpecialFunction_Int32(LONG lngPID, LONG lngSpecialFunctionID,
+                                                SAFEARRAY** varMoreArgs, LONG* result) noexcept override;
+    STDMETHODIMP Param_GetSpecialFunction_Real32(LONG lngPID, LONG lngSpecialFunctionID,
+                                                 SAFEARRAY** varMoreArgs, LONG* result) noexcept override;
+    STDMETHODIMP Param_GetSpecialFunction_String(LONG lngPID, LONG lngSpecialFunctionID,
+                                                 SAFEARRAY** varMoreArgs, BSTR* result) noexcept override;
+
+    // Name lists, parameter cache, alarm log: src/binding/DIWrapper_names.cpp
+    STDMETHODIMP Params_FlushCache() noexcept override;
+    STDMETHODIMP Utils_GetUnitNames(SAFEARRAY** result) noexcept override;
+    STDMETHODIMP Utils_GetEDRUnitORISCodes(SAFEARRAY** result) noexcept override;
+    STDMETHODIMP Utils_GetEDRUnitIDs(SAFEARRAY** result) noexcept override;
+    STDMETHODIMP Utils_GetLongMCNames(SAFEARRAY** result) noexcept override;
+    STDMETHODIMP Utils_GetShortMCNames(SAFEARRAY** result) noexcept override;
+    STDMETHODIMP Utils_GetLongPCNames(SAFEARRAY** result) noexcept override;
+    STDMETHODIMP Utils_GetShortPCNames(SAFEARRAY** result) noexcept override;
+    STDMETHODIMP WriteStrToAlarm(DATE dtmTStamp, BSTR strAlarmMsg, BSTR strCategory, LONG lngAlarmSeverity,
+                                 BSTR strAlarmGroup, BSTR strAlarmSource,
+                                 VARIANT_BOOL* result) noexcept override;
 
   private:
     HRESULT setUpForced(const engine::ForcedSite& site, std::wstring_view clientName,

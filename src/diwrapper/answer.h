@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "com/guard.h"
+#include "com/safe_array.h"
 #include "com/strings.h"
 #include "com/variant.h"
 
@@ -17,6 +18,9 @@ inline void hand(bool value, VARIANT_BOOL* result) noexcept {
 }
 inline void hand(LONG value, LONG* result) noexcept {
     *result = value;
+}
+inline void hand(com::SafeArray value, SAFEARRAY** result) noexcept {
+    value.detachTo(result);
 }
 /// An empty text is handed out as one: managed clients tell a null string from "".
 inline void hand(com::Bstr value, BSTR* result) {

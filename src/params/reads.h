@@ -3,17 +3,9 @@
 
 #include "binding/session.h"
 #include "com/client_array.h"
+#include "params/run.h"
 
 namespace vtdn::params {
-
-/// Consecutive intervals of a parameter. The engine places them; nothing is checked here.
-struct Run {
-    std::int32_t pid;
-    DATE start;
-    LONG count;
-    std::wstring_view intervalType;
-    LONG intervalLength;
-};
 
 /// Reads one interval. `value` comes in as "" and `mc` as 0, and both stay so unless the result is true. Any
 /// failure ends here: it gives false and no problem.

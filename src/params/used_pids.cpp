@@ -2,6 +2,7 @@
 
 #include "binding/io_type.h"
 #include "common/pid.h"
+#include "params/pid_list.h"
 
 namespace vtdn::params {
 namespace {
@@ -30,8 +31,8 @@ Input inputKind(std::int32_t pid, std::int32_t ioType) noexcept {
 
 std::wstring withPid(std::wstring_view list, std::int32_t pid) {
     std::wstring longer(list);
-    if (!longer.empty()) longer += L';';
-    return longer += common::formatPid9(pid);
+    addPid(longer, pid);
+    return longer;
 }
 
 }  // namespace vtdn::params

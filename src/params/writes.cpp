@@ -1,5 +1,7 @@
 #include "params/writes.h"
 
+#include "params/arguments.h"
+
 namespace vtdn::params {
 namespace {
 
@@ -13,12 +15,7 @@ bool passesMcCheck(binding::Session& session, const WriteKind& kind, const Conte
 }
 
 void store(const engine::Param& param, DATE time, const engine::DataItem& item) {
-    auto arguments = com::SafeArray::of<VARIANT>(2);
-    {
-        const com::ArrayView<VARIANT> elements(arguments.get());
-        com::Variant::ofDate(time).detachTo(&elements[0]);
-        com::Variant::of(item.get()).detachTo(&elements[1]);
-    }
+    auto arguments = argumentArray(com::Variant::ofDate(time), com::Variant::of(item.get()));
     param.specialFunction(storeDataItem, arguments);
 }
 
