@@ -14,6 +14,15 @@ using System.Runtime.InteropServices;
 
 namespace VTWrapperDN
 {
+    /// <summary>Averaging levels of related parameters.</summary>
+    [Guid("D3E4733C-DC21-4527-BC33-B9D8E0836345")]
+    public enum ParamRelationshipEnum
+    {
+        ParamRelationship_Minute = 1,
+        ParamRelationship_Hourly = 2,
+        ParamRelationship_Daily = 3,
+    }
+
     /// <summary>Access to the data of one DAHS: binding, problems list, parameters.</summary>
     [ComImport, Guid("61552E09-705D-4941-B814-56114E8B44D7"), InterfaceType(ComInterfaceType.InterfaceIsDual)]
     public interface _DIWrapper
@@ -143,6 +152,49 @@ namespace VTWrapperDN
             [In, Out, MarshalAs(UnmanagedType.BStr)] ref string strEditablePIDs,
             [In, Out, MarshalAs(UnmanagedType.BStr)] ref string strConstantPIDs);
 
+        // Lists of parameters: nine-digit PIDs joined by ";", in the engine's order ("" before set-up).
+        /// <summary>The parameters of one parameter type.</summary>
+        [DispId(61)]
+        [return: MarshalAs(UnmanagedType.BStr)]
+        string GetListOfTypeXPIDs(int lngParamType);
+
+        /// <summary>The calibration parameters under 40 CFR part 75.</summary>
+        [DispId(62)]
+        [return: MarshalAs(UnmanagedType.BStr)]
+        string GetListOf75CalPIDs();
+
+        /// <summary>The calibration parameters.</summary>
+        [DispId(63)]
+        [return: MarshalAs(UnmanagedType.BStr)]
+        string GetListOfCalPIDs();
+
+        /// <summary>The linearity parameters under 40 CFR part 75.</summary>
+        [DispId(64)]
+        [return: MarshalAs(UnmanagedType.BStr)]
+        string GetListOf75LinearityPIDs();
+
+        /// <summary>The interference-check parameters under 40 CFR part 75.</summary>
+        [DispId(65)]
+        [return: MarshalAs(UnmanagedType.BStr)]
+        string GetListOf75IntfCheckPIDs();
+
+        // Relationships between the averaging levels of a quantity.
+        /// <summary>The parameters that carry a relationship of so many minutes, hours or days, as nine-digit PIDs joined by ";".</summary>
+        [DispId(71)]
+        [return: MarshalAs(UnmanagedType.BStr)]
+        string GetListOfRelationshipPIDs(ParamRelationshipEnum lngParamRelationship, int lngIntervalCount);
+
+        /// <summary>The relationship of a parameter as an XML document; "" when it has none.</summary>
+        [DispId(72)]
+        bool GetRelationshipDetailData(
+            int lngPID,
+            [In, Out, MarshalAs(UnmanagedType.BStr)] ref string strRelationshipInfoXML);
+
+        /// <summary>All parameters that carry a relationship, as nine-digit PIDs joined by ";".</summary>
+        [DispId(73)]
+        [return: MarshalAs(UnmanagedType.BStr)]
+        string GetListOfAllRelationshipPIDs();
+
         // Reads.
         /// <summary>Reads one interval as text with its monitor code; any failure gives False, "" and 0.</summary>
         [DispId(81)]
@@ -226,6 +278,116 @@ namespace VTWrapperDN
         /// <summary>Writes a single and a monitor code to one interval: strValue is a number here.</summary>
         [DispId(119)]
         bool Param_WriteVMC_String(int lngPID, DateTime dtmTStamp, float strValue, int lngMC);
+
+        // Writes of a run of intervals.
+        /// <summary>Writes a run of intervals in one request: values separated by tabs (an empty one is no value), monitor codes, and flags (1 value, 2 monitor code, 3 both, any other number nothing); arrays are 0 To lngIntervalCount - 1 and are not changed.</summary>
+        [DispId(131)]
+        bool Param_WriteValues(
+            int lngPID,
+            DateTime dtmPeriodStart,
+            int lngIntervalCount,
+            [In, MarshalAs(UnmanagedType.BStr)] string strIntervalType,
+            int lngIntervalLength,
+            [In, MarshalAs(UnmanagedType.BStr)] string strValues,
+            [In, Out, MarshalAs(UnmanagedType.SafeArray, SafeArraySubType = VarEnum.VT_I4)] ref int[] lngMCs,
+            [In, Out, MarshalAs(UnmanagedType.SafeArray, SafeArraySubType = VarEnum.VT_I4)] ref int[] lngFlags);
+
+        // Numbered facts and functions of a parameter. What the engine refuses is a problem with its number and description.
+        /// <summary>Operating time from dtmStart to dtmEnd as a whole number; 0 when the engine's answer is no number.</summary>
+        [DispId(141)]
+        int Param_CallSF_CalcOpTime(int lngPID, DateTime dtmStart, DateTime dtmEnd);
+
+        /// <summary>A special value as a whole number; 0 when it is no number.</summary>
+        [DispId(142)]
+        int Param_GetSpecialValue_Int32(int lngPID, int lngSpecialValueID);
+
+        /// <summary>A special value as a boolean.</summary>
+        [DispId(143)]
+        bool Param_GetSpecialValue_Boolean(int lngPID, int lngSpecialValueID);
+
+        /// <summary>A special value as text; "" when it cannot be one.</summary>
+        [DispId(144)]
+        [return: MarshalAs(UnmanagedType.BStr)]
+        string Param_GetSpecialValue_String(int lngPID, int lngSpecialValueID);
+
+        /// <summary>The result of a special function as a boolean; varMoreArgs reaches the engine whole, as its one argument.</summary>
+        [DispId(145)]
+        bool Param_GetSpecialFunction_Boolean(
+            int lngPID,
+            int lngSpecialFunctionID,
+            [In, Out, MarshalAs(UnmanagedType.SafeArray, SafeArraySubType = VarEnum.VT_VARIANT)] ref object[] varMoreArgs);
+
+        /// <summary>The result of a special function as a whole number, halves to even.</summary>
+        [DispId(146)]
+        int Param_GetSpecialFunction_Int32(
+            int lngPID,
+            int lngSpecialFunctionID,
+            [In, Out, MarshalAs(UnmanagedType.SafeArray, SafeArraySubType = VarEnum.VT_VARIANT)] ref object[] varMoreArgs);
+
+        /// <summary>The result of a special function as a single, rounded to a whole number, halves to even.</summary>
+        [DispId(147)]
+        int Param_GetSpecialFunction_Real32(
+            int lngPID,
+            int lngSpecialFunctionID,
+            [In, Out, MarshalAs(UnmanagedType.SafeArray, SafeArraySubType = VarEnum.VT_VARIANT)] ref object[] varMoreArgs);
+
+        /// <summary>The result of a special function as text; "" when it cannot be one.</summary>
+        [DispId(148)]
+        [return: MarshalAs(UnmanagedType.BStr)]
+        string Param_GetSpecialFunction_String(
+            int lngPID,
+            int lngSpecialFunctionID,
+            [In, Out, MarshalAs(UnmanagedType.SafeArray, SafeArraySubType = VarEnum.VT_VARIANT)] ref object[] varMoreArgs);
+
+        // Name lists and the parameter cache: error 91 before set-up. The alarm log.
+        /// <summary>Empties the engine's cache of parameters.</summary>
+        [DispId(161)]
+        void Params_FlushCache();
+
+        /// <summary>Names of the units, 0 To 19.</summary>
+        [DispId(162)]
+        [return: MarshalAs(UnmanagedType.SafeArray, SafeArraySubType = VarEnum.VT_BSTR)]
+        string[] Utils_GetUnitNames();
+
+        /// <summary>ORIS codes of the units for electronic data reports, 0 To 19; "" for a unit that reports none.</summary>
+        [DispId(163)]
+        [return: MarshalAs(UnmanagedType.SafeArray, SafeArraySubType = VarEnum.VT_BSTR)]
+        string[] Utils_GetEDRUnitORISCodes();
+
+        /// <summary>Unit ids for electronic data reports, 0 To 19; "" for a unit that reports none.</summary>
+        [DispId(164)]
+        [return: MarshalAs(UnmanagedType.SafeArray, SafeArraySubType = VarEnum.VT_BSTR)]
+        string[] Utils_GetEDRUnitIDs();
+
+        /// <summary>Long names of the monitor codes, from 0 to the highest code.</summary>
+        [DispId(165)]
+        [return: MarshalAs(UnmanagedType.SafeArray, SafeArraySubType = VarEnum.VT_BSTR)]
+        string[] Utils_GetLongMCNames();
+
+        /// <summary>Short names of the monitor codes, from 0 to the highest code.</summary>
+        [DispId(166)]
+        [return: MarshalAs(UnmanagedType.SafeArray, SafeArraySubType = VarEnum.VT_BSTR)]
+        string[] Utils_GetShortMCNames();
+
+        /// <summary>Long names of the parameter codes, from 0 to the highest code.</summary>
+        [DispId(167)]
+        [return: MarshalAs(UnmanagedType.SafeArray, SafeArraySubType = VarEnum.VT_BSTR)]
+        string[] Utils_GetLongPCNames();
+
+        /// <summary>Short names of the parameter codes, from 0 to the highest code.</summary>
+        [DispId(168)]
+        [return: MarshalAs(UnmanagedType.SafeArray, SafeArraySubType = VarEnum.VT_BSTR)]
+        string[] Utils_GetShortPCNames();
+
+        /// <summary>Writes a text into the alarm log of the DAHS; False before set-up and for a severity outside 0 to 4.</summary>
+        [DispId(169)]
+        bool WriteStrToAlarm(
+            DateTime dtmTStamp,
+            [In, MarshalAs(UnmanagedType.BStr)] string strAlarmMsg,
+            [In, MarshalAs(UnmanagedType.BStr)] string strCategory,
+            int lngAlarmSeverity,
+            [In, MarshalAs(UnmanagedType.BStr)] string strAlarmGroup,
+            [In, MarshalAs(UnmanagedType.BStr)] string strAlarmSource);
     }
 
     /// <summary>A wrapper around the data-interface engine of one DAHS.</summary>
