@@ -389,6 +389,10 @@ HRESULT Frame::giveBack(VARIANT* result) noexcept {
         const HRESULT made = makeFresh(held);
         if (FAILED(made)) return made;
     }
+    if (result && result_) {
+        const HRESULT made = makeFresh(*result_);
+        if (FAILED(made)) return made;
+    }
     HRESULT outcome = S_OK;
     for (std::size_t i = 0; i < heldCount_; ++i) {
         Held& held = held_[i];

@@ -297,13 +297,16 @@ TEST_F(References, ArraysByValueAreConvertedAndLeftAlone) {
     EXPECT_EQ(ArrayView<float>(typed.get()).size(), 2U);
 }
 
-TEST_F(References, AnArrayResultHasItsDeclaredType) {
+TEST_F(References, AnArrayResultComesAsAScriptCanIndexIt) {
     EXPECT_EQ(late.call(L"MakeLongs", {number(3)}), S_OK);
-    EXPECT_EQ(late.result.type(), VT_ARRAY | VT_I4);
-    EXPECT_EQ(ArrayView<LONG>(late.result.get().parray)[2], 2);
+    ASSERT_EQ(late.result.type(), VT_ARRAY | VT_VARIANT);
+    const Variant made = late.result;
+    const ArrayView<VARIANT> view(made.get().parray);
+    ASSERT_EQ(view.size(), 3U);
+    EXPECT_EQ(view[2].vt, VT_I4);
+    EXPECT_EQ(view[2].lVal, 2);
     EXPECT_EQ(late.call(L"MakeLongs", {number(0)}), S_OK);
-    EXPECT_EQ(late.result.type(), VT_ARRAY | VT_I4);
-    EXPECT_EQ(late.result.get().parray, nullptr);
+    EXPECT_EQ(late.result.type(), VT_EMPTY);
 }
 
 class Objects : public References {
@@ -369,8 +372,9 @@ TEST_F(Objects, ComeAsResultsAndArrays) {
     EXPECT_EQ(late.call(L"MakeProbe", {number(3)}), S_OK);
     EXPECT_EQ(numberOf(late.result.get()), 3);
     EXPECT_EQ(late.call(L"MakeProbes", {number(4)}), S_OK);
-    EXPECT_EQ(late.result.type(), VT_ARRAY | VT_DISPATCH);
+    ASSERT_EQ(late.result.type(), VT_ARRAY | VT_VARIANT);
     const Variant made = late.result;
+    EXPECT_EQ(numberOf(ArrayView<VARIANT>(made.get().parray)[3]), 3);
     EXPECT_EQ(late.call(L"AddProbes", {made.get()}), S_OK);
     EXPECT_EQ(late.result.get().lVal, 6);
 }
