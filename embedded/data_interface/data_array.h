@@ -8,6 +8,8 @@
 #include <utility>
 
 #include "com/object.h"
+#include "data_interface/columns.h"
+#include "engine/data_array_blocks.h"
 #include "engine/data_array_runs.h"
 #include "store/interval.h"
 #include "store/run.h"
@@ -24,31 +26,48 @@ OwnDataArray : public IUnknown {
     virtual DataArray& dataArray() noexcept = 0;
 };
 
-/// Placed by Define, filled by DIParam::ReadDataArray. Until then its items are Null with code 0. Item hands
-/// out copies (see DataArrayItem).
-class DataArray final : public com::Object<DataArray, DIDataArray, DIDataArrayRuns, OwnDataArray> {
+/// Placed by Define, then filled by DIParam::ReadDataArray or by its client. Until then its items are Null with
+/// code 0. Item hands out copies (see DataArrayItem). A value is converted when it is put (see value.h), so
+/// that what is read back is what would be stored: Empty reads as Null. What is refused changes nothing.
+class DataArray final
+    : public com::Object<DataArray, DIDataArray, DIDataArrayRuns, DIDataArrayBlocks, OwnDataArray> {
   public:
     static constexpr const CLSID& classId = CLSID_DIDataArrayClass;
 
+    /// A count of 0 places a run without items. The flags are not looked at.
     HRESULT STDMETHODCALLTYPE Define(DATE periodStart, LONG count, BSTR intervalType, LONG intervalLength,
                                      LONG flags) noexcept override;
     HRESULT STDMETHODCALLTYPE Item(LONG index, DIDataArrayItem** result) noexcept override;
+    HRESULT STDMETHODCALLTYPE Fill(VARIANT value, LONG mc) noexcept override;
+    HRESULT STDMETHODCALLTYPE SetItem(LONG index, VARIANT value, LONG mc) noexcept override;
     HRESULT STDMETHODCALLTYPE GetRun(LONG index, DIDataRun* run) noexcept override;
+    HRESULT STDMETHODCALLTYPE SetRun(LONG index, const DIDataRun* run) noexcept override;
     DataArray& dataArray() noexcept override { return *this; }
 
     /// Where the run is placed. Throws error 91 before Define.
     [[nodiscard]] const store::Span& span() const;
+    // One item, from 0 to the count of span() - 1.
+    [[nodiscard]] store::Item item(std::int32_t at) const;
+    [[nodiscard]] store::Value value(std::int32_t at) const;
+    /// The longest stretch from item `first` on, of up to `limit` items, whose values are of one kind. It
+    /// points into the array. The values of a stretch of the type VT_EMPTY are asked for one by one.
+    [[nodiscard]] DIDataRun stretchAt(std::int32_t first, std::int32_t limit) const;
+
     /// The items are Null with code 0 again.
-    void clear() noexcept { run_.reset(); }
+    void clear() noexcept;
     /// Takes over what was read for span().
-    void hold(std::shared_ptr<const store::Run> run) noexcept { run_ = std::move(run); }
+    void hold(std::shared_ptr<const store::Run> run) noexcept;
 
   private:
     /// Counted from 0. Throws error 9 for an index that is not from 1 to the count.
     [[nodiscard]] std::int32_t position(LONG index) const;
+    /// The items as a client can set them.
+    Columns& columns();
 
     std::optional<store::Span> span_;
-    std::shared_ptr<const store::Run> run_;  // null until the array is filled
+    // Both null until the array is filled, never both set.
+    std::shared_ptr<const store::Run> run_;
+    std::unique_ptr<Columns> columns_;
 };
 
 }  // namespace vtdn::embedded
