@@ -68,11 +68,11 @@ HRESULT Collection::Item(LONG index, IDispatch** result) noexcept {
         *result = nullptr;
         session_->reporting([&] {
             if (index < 1 || static_cast<std::size_t>(index) > count_)
-                com::throwError(DISP_E_BADINDEX, L"The collection has no element " + std::to_wstring(index) +
-                                                     (count_ == 0
-                                                          ? L". It is empty."
-                                                          : L". Its elements are numbered from 1 to " +
-                                                                std::to_wstring(count_) + L"."));
+                com::throwError(DISP_E_BADINDEX,
+                                L"The collection has no element " + std::to_wstring(index) +
+                                    (count_ == 0 ? L". It is empty."
+                                                 : L". Its elements are numbered from 1 to " +
+                                                       std::to_wstring(count_) + L"."));
         });
         *result = element(static_cast<std::size_t>(index) - 1).detach();
     });
@@ -82,7 +82,8 @@ HRESULT Collection::get__NewEnum(IUnknown** result) noexcept {
     return com::guard(errorSource, __uuidof(DICollection), [&] {
         com::needPointers(result);
         *result = nullptr;
-        *result = com::make<Enumerator>(com::Ptr<Collection>(this), 0U).detach();
+        IEnumVARIANT* enumerator = com::make<Enumerator>(com::Ptr<Collection>(this), 0U).detach();
+        *result = enumerator;
     });
 }
 

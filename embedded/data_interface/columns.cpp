@@ -35,8 +35,7 @@ Columns::Columns(const store::Run& run) : Columns(run.count()) {
                 setNumbers(s.first, run.reals(s));
                 break;
             case ValueKind::text:
-                for (std::int32_t i = 0; i < s.count; ++i)
-                    set(s.first + i, {std::string(run.text(s, i)), 0});
+                for (std::int32_t i = 0; i < s.count; ++i) set(s.first + i, {std::string(run.text(s, i)), 0});
                 break;
         }
     }

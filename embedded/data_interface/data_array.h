@@ -26,9 +26,9 @@ OwnDataArray : public IUnknown {
     virtual DataArray& dataArray() noexcept = 0;
 };
 
-/// Placed by Define, then filled by DIParam::ReadDataArray or by its client. Until then its items are Null with
-/// code 0. Item hands out copies (see DataArrayItem). A value is converted when it is put (see value.h), so
-/// that what is read back is what would be stored: Empty reads as Null. What is refused changes nothing.
+/// Placed by Define, then filled by DIParam::ReadDataArray or by its client. Until then its items are Null
+/// with code 0. Item hands out copies (see DataArrayItem). A value is converted when it is put (see value.h),
+/// so that what is read back is what would be stored: Empty reads as Null. What is refused changes nothing.
 class DataArray final
     : public com::Object<DataArray, DIDataArray, DIDataArrayRuns, DIDataArrayBlocks, OwnDataArray> {
   public:

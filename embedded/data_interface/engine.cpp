@@ -1,6 +1,14 @@
 #include "data_interface/engine.h"
 
+#include <set>
+#include <utility>
+#include <vector>
+
+#include "com/safe_array.h"
 #include "com/strings.h"
+#include "data_interface/alarm_writer.h"
+#include "data_interface/collection.h"
+#include "data_interface/param.h"
 #include "data_interface/params.h"
 #include "data_interface/selected_dahs.h"
 #include "data_interface/utils.h"
@@ -26,6 +34,43 @@ HRESULT handOut(const std::shared_ptr<Session>& session, I** result) noexcept {
     });
 }
 
+[[noreturn]] void refuseTypes() {
+    com::throwError(DISP_E_TYPEMISMATCH,
+                    L"ParamsOfTypes takes parameter types, whole numbers, in an array of variants with one "
+                    L"dimension.");
+}
+
+LONG typeIn(const VARIANT& element) {
+    const com::Variant value = com::Variant::copyOf(element);
+    LONG number = 0;
+    switch (value.type()) {
+        case VT_I1:
+        case VT_I2:
+        case VT_I4:
+        case VT_INT:
+        case VT_UI1:
+        case VT_UI2:
+        case VT_UI4:
+        case VT_UINT:
+            if (SUCCEEDED(com::toInt32(value.get(), number))) return number;
+            break;
+        default:
+            break;
+    }
+    refuseTypes();
+}
+
+std::vector<LONG> typesIn(SAFEARRAY* array) {
+    VARTYPE type = VT_EMPTY;
+    if (array == nullptr || SafeArrayGetDim(array) != 1 || FAILED(SafeArrayGetVartype(array, &type)) ||
+        type != VT_VARIANT)
+        refuseTypes();
+    std::vector<LONG> types;
+    const com::ArrayView<VARIANT> given(array);
+    for (const VARIANT& element : given) types.push_back(typeIn(element));
+    return types;
+}
+
 }  // namespace
 
 Engine::Engine() : session_(std::make_shared<Session>(*this)) {}
@@ -42,6 +87,55 @@ void Engine::message(MessageType type, std::wstring_view sentence) {
 
 HRESULT Engine::SetClientAppName(BSTR) noexcept {
     return S_OK;
+}
+
+HRESULT Engine::get_SiteID(BSTR* result) noexcept {
+    return com::guard(errorSource, __uuidof(DIEngine), [&] {
+        com::needPointers(result);
+        *result = nullptr;
+        *result = com::Bstr(com::fromUtf8(session_->dahs().site_id)).detach();
+    });
+}
+
+HRESULT Engine::get_AlarmWriter(DIAlarmWriter** result) noexcept {
+    return handOut<AlarmWriter>(session_, result);
+}
+
+template <class Find>
+HRESULT Engine::collect(DICollection** result, Find&& find) noexcept {
+    return com::guard(errorSource, __uuidof(DIEngine), [&] {
+        com::needPointers(result);
+        *result = nullptr;
+        // A message can release the last reference of a client; the session outlives it for this call.
+        const auto session = session_;
+        std::vector<store::Pid> pids = find(*session);
+        const std::size_t count = pids.size();
+        *result = com::make<Collection>(session, count, [session, pids = std::move(pids)](std::size_t i) {
+                      return com::Ptr<IDispatch>(com::make<Param>(session, pids[i]).get());
+                  }).detach();
+    });
+}
+
+HRESULT Engine::RelationshipParams(LONG, LONG, DICollection** result) noexcept {
+    return collect(result, [](Session& session) {
+        return session.onSite([](store::Site& site) {
+            std::vector<store::Pid> pids;
+            for (const auto& [pid, relationship] : site.relationships().relationships()) pids.push_back(pid);
+            return pids;
+        });
+    });
+}
+
+HRESULT Engine::ParamsOfTypes(SAFEARRAY* types, DICollection** result) noexcept {
+    return collect(result, [types](Session& session) {
+        const auto wanted = session.reporting([&] { return typesIn(types); });
+        return session.onSite([&](store::Site& site) {
+            std::set<store::Pid> pids;
+            for (const LONG type : wanted)
+                for (const store::Pid pid : site.paramsOfType(type)) pids.insert(pid);
+            return std::vector<store::Pid>(pids.begin(), pids.end());
+        });
+    });
 }
 
 HRESULT Engine::get_Params(DIParams** result) noexcept {

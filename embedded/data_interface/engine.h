@@ -24,6 +24,16 @@ class Engine final : public com::Object<Engine, DIEngine, com::EventSource<DIID_
 
     /// Accepted and not used: nothing in the databases says who wrote it.
     HRESULT STDMETHODCALLTYPE SetClientAppName(BSTR name) noexcept override;
+    /// "" while it is not set up.
+    HRESULT STDMETHODCALLTYPE get_SiteID(BSTR* result) noexcept override;
+    HRESULT STDMETHODCALLTYPE get_AlarmWriter(DIAlarmWriter** result) noexcept override;
+    /// The parameters that carry a relationship, ascending by PID. The arguments are not looked at. Error 91
+    /// while it is not set up.
+    HRESULT STDMETHODCALLTYPE RelationshipParams(LONG first, LONG second,
+                                                 DICollection** result) noexcept override;
+    /// The parameters of all these types, ascending by PID, each once. The types are whole numbers in an
+    /// array of VARIANT with one dimension; error 13 for anything else, 91 while it is not set up.
+    HRESULT STDMETHODCALLTYPE ParamsOfTypes(SAFEARRAY* types, DICollection** result) noexcept override;
     HRESULT STDMETHODCALLTYPE get_Params(DIParams** result) noexcept override;
     HRESULT STDMETHODCALLTYPE get_Utils(DIUtils** result) noexcept override;
     HRESULT STDMETHODCALLTYPE SetupByDahsID(LONG dahsId, VARIANT_BOOL* result) noexcept override;
@@ -38,6 +48,9 @@ class Engine final : public com::Object<Engine, DIEngine, com::EventSource<DIID_
   private:
     ~Engine() override;
     void message(MessageType type, std::wstring_view sentence) override;
+    /// Hands out the parameters whose PIDs `find` returns.
+    template <class Find>
+    HRESULT collect(DICollection** result, Find&& find) noexcept;
     /// Sets up on the DAHS that `find` returns. A second set-up is refused and leaves the first.
     template <class Find>
     HRESULT setUp(VARIANT_BOOL* result, Find&& find) noexcept;

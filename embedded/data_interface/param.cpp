@@ -4,7 +4,9 @@
 #include "data_interface/data_array.h"
 #include "data_interface/data_array_item.h"
 #include "data_interface/date.h"
+#include "data_interface/relationship.h"
 #include "data_interface/special_function.h"
+#include "data_interface/value.h"
 #include "store/parameters.h"
 
 namespace vtdn::embedded {
@@ -19,6 +21,13 @@ HRESULT Param::text(BSTR* result, Property&& property) const noexcept {
                           return com::Bstr(com::fromUtf8(std::invoke(property, site.parameters().get(pid_))));
                       })
                       .detach();
+    });
+}
+
+HRESULT Param::get_PID(LONG* result) noexcept {
+    return com::guard(errorSource, __uuidof(DIParam), [&] {
+        com::needPointers(result);
+        *result = pid_;
     });
 }
 
@@ -85,6 +94,11 @@ HRESULT Param::ReadDataArray(DIDataArray* data) noexcept {
             // Cleared first: what the array gives back is what is borrowed here, and what stays when the read
             // fails.
             array.clear();
+            if (span.count == 0) {
+                // Nothing to read, of a parameter that has to be there all the same.
+                static_cast<void>(site.parameters().get(pid_));
+                return;
+            }
             const std::shared_ptr<store::Run> run = site.borrowRun();
             site.read(pid_, span, *run);
             array.hold(run);
@@ -97,6 +111,30 @@ HRESULT Param::SpecialFunction(LONG id, SAFEARRAY** moreArgs, VARIANT* result) n
         com::needPointers(moreArgs, result);
         VariantInit(result);
         callSpecialFunction(*session_, pid_, id, *moreArgs).detachTo(result);
+    });
+}
+
+HRESULT Param::SpecialValue(LONG id, VARIANT* result) noexcept {
+    return com::guard(errorSource, __uuidof(DIParam), [&] {
+        com::needPointers(result);
+        VariantInit(result);
+        session_->onSite([&](store::Site& site) { return toVariant(site.specialValue(pid_, id)); })
+            .detachTo(result);
+    });
+}
+
+HRESULT Param::get_Relationship(DIRelationship** result) noexcept {
+    return com::guard(errorSource, __uuidof(DIParam), [&] {
+        com::needPointers(result);
+        *result = nullptr;
+        session_->onSite([&](store::Site& site) {
+            const store::ParameterRelationship* found = site.relationship(pid_);
+            if (!found) return;
+            *result = com::make<Relationship>(LONG{found->interval_count},
+                                              com::fromUtf8(found->interval_unit),
+                                              com::fromUtf8(*found->detail_xml))
+                          .detach();
+        });
     });
 }
 

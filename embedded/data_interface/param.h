@@ -19,6 +19,8 @@ class Param final : public com::Object<Param, DIParam> {
     Param(std::shared_ptr<Session> session, store::Pid pid) noexcept
         : session_(std::move(session)), pid_(pid) {}
 
+    /// Also without a site.
+    HRESULT STDMETHODCALLTYPE get_PID(LONG* result) noexcept override;
     HRESULT STDMETHODCALLTYPE get_Fmt(BSTR* result) noexcept override;
     HRESULT STDMETHODCALLTYPE get_IntervalType(BSTR* result) noexcept override;
     HRESULT STDMETHODCALLTYPE get_MeasUnits(BSTR* result) noexcept override;
@@ -32,6 +34,10 @@ class Param final : public com::Object<Param, DIParam> {
     /// See special_function.h.
     HRESULT STDMETHODCALLTYPE SpecialFunction(LONG id, SAFEARRAY** moreArgs,
                                               VARIANT* result) noexcept override;
+    /// Null when the parameter has none of that id.
+    HRESULT STDMETHODCALLTYPE SpecialValue(LONG id, VARIANT* result) noexcept override;
+    /// No object when the parameter has no other averaging levels.
+    HRESULT STDMETHODCALLTYPE get_Relationship(DIRelationship** result) noexcept override;
 
   private:
     template <class Property>

@@ -25,4 +25,10 @@ HRESULT Params::Item(LONG pid, LONG, DIParam** result) noexcept {
     });
 }
 
+HRESULT Params::FlushCache() noexcept {
+    return com::guard(errorSource, __uuidof(DIParams), [&] {
+        if (session_->isSetUp()) session_->onSite([](store::Site& site) { site.flushCache(); });
+    });
+}
+
 }  // namespace vtdn::embedded

@@ -19,6 +19,9 @@ class Params final : public com::Object<Params, DIParams> {
     /// Error 9 for an unknown PID, 91 while the engine is not set up. The flag is not looked at.
     HRESULT STDMETHODCALLTYPE Item(LONG pid, LONG flag, DIParam** result) noexcept override;
 
+    /// Parameters, codes and names are read anew at their next use. Without a site there is nothing to do.
+    HRESULT STDMETHODCALLTYPE FlushCache() noexcept override;
+
   private:
     std::shared_ptr<Session> session_;
 };

@@ -84,10 +84,7 @@ bool isProper(std::wstring_view text) {
 }
 
 store::Value text(std::wstring_view given) {
-    if (!isProper(given))
-        com::throwError(invalidCall,
-                        L"The text holds half of a surrogate pair, so that it could not be kept as it is.");
-    std::string kept = com::toUtf8(given);
+    std::string kept = keptText(given);
     if (kept.size() > store::longestText)
         com::throwError(invalidCall, L"The text of " + std::to_wstring(given.size()) +
                                          L" characters is too long. A value holds up to " +
@@ -156,6 +153,29 @@ store::Value fromVariant(const VARIANT& value) {
         default:
             refuseKind(value);
     }
+}
+
+std::string keptText(std::wstring_view text) {
+    if (!isProper(text))
+        com::throwError(invalidCall,
+                        L"The text holds half of a surrogate pair, so that it could not be kept as it is.");
+    return com::toUtf8(text);
+}
+
+com::Variant toVariant(const store::SpecialValue& value) {
+    switch (store::kindOf(value)) {
+        case store::SpecialValueKind::boolean:
+            return com::Variant::ofBool(std::get<bool>(value));
+        case store::SpecialValueKind::integer:
+            return com::Variant::of(LONG{std::get<std::int32_t>(value)});
+        case store::SpecialValueKind::real:
+            return com::Variant::of(std::get<double>(value));
+        case store::SpecialValueKind::text:
+            return com::Variant::of(com::fromUtf8(std::get<std::string>(value)));
+        case store::SpecialValueKind::null:
+            break;
+    }
+    return com::Variant::null();
 }
 
 com::Variant toVariant(const store::Value& value) {

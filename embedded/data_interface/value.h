@@ -3,23 +3,27 @@
 
 #include "com/platform.h"
 
+#include <string>
+#include <string_view>
+
 #include "com/variant.h"
+#include "store/special_values.h"
 #include "store/value.h"
 
 namespace vtdn::embedded {
 
 /// What the store keeps of an automation value; by-reference variants are followed.
 ///
-/// | given                                   | kept |
-/// |-----------------------------------------|-------------------------------------------------------------------|
-/// | Null, Empty                             | no value | | whole number                            | 32-bit
-/// integer; a double when it is larger and a double holds it  | | single, double                          |
-/// the same; infinities and what is no number are refused            | | boolean | the integers -1 and 0, as
-/// automation converts                     | | date                                    | its serial number, a
-/// double                                       | | currency, decimal                       | a double;
-/// refused when the double would not give it back          | | text                                    | the
-/// same text; refused when it is too long or no proper UTF-16    | | error, left out, object, array, record
-/// | refused: error 13                                                 |
+/// | given                                   | kept                                                      |
+/// |-----------------------------------------|-----------------------------------------------------------|
+/// | Null, Empty                             | no value                                                  |
+/// | whole number                            | 32-bit integer; a larger one as a double that holds it    |
+/// | single, double                          | the same; infinities and what is no number are refused    |
+/// | boolean                                 | the integers -1 and 0, as automation converts             |
+/// | date                                    | its serial number, a double                               |
+/// | currency, decimal                       | a double; refused when it would not give the value back   |
+/// | text                                    | the same text; refused when it is too long or no UTF-16   |
+/// | error, left out, object, array, record  | refused: error 13                                         |
 ///
 /// Throws com::Error: 6 for a number that is out of range, 5 for a text that cannot be kept, 13 for another
 /// kind.
@@ -27,5 +31,10 @@ store::Value fromVariant(const VARIANT& value);
 
 /// The automation value of a stored one: Null, a 32-bit integer, a single, a double or a text.
 com::Variant toVariant(const store::Value& value);
+/// That of a special value: Null, a boolean, a 32-bit integer, a double or a text.
+com::Variant toVariant(const store::SpecialValue& value);
+
+/// The UTF-8 of a text that is to be kept. Throws error 5 for half a surrogate pair.
+std::string keptText(std::wstring_view text);
 
 }  // namespace vtdn::embedded
