@@ -28,3 +28,9 @@ expect() {
     printf '%s\n' "$answer"
     grep -q "$pattern" <<<"$answer"
 }
+
+# add_up LOG: one count of all the counts in it, for suites that are more than one program.
+add_up() {
+    tr -d '\r' <"$1" | awk '/^[0-9]+ passed, [0-9]+ failed$/ { p += $1; f += $3 }
+                            END { printf "%d passed, %d failed\n", p, f; exit f > 0 }'
+}

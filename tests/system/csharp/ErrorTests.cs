@@ -1,5 +1,4 @@
 using System;
-using System.Reflection;
 using System.Runtime.InteropServices;
 using VTWrapperDN;
 
@@ -50,29 +49,5 @@ internal static class ErrorTests
                 Tally.Equal(1, values.Length, "the array after count " + count);
             }
         }));
-
-        Tally.Test("late binding by name works, by-reference arguments included", () =>
-        {
-            Type type = Type.GetTypeFromProgID("VTWrapDN.DIWrapper");
-            Tally.True(type != null, "the ProgID is not registered");
-            object wrapper = Activator.CreateInstance(type);
-            object Call(string member, object[] arguments, params int[] byReference)
-            {
-                var modifiers = new ParameterModifier(Math.Max(1, arguments.Length));
-                foreach (int i in byReference) modifiers[i] = true;
-                return type.InvokeMember(member, BindingFlags.InvokeMethod, null, wrapper, arguments,
-                                         arguments.Length == 0 ? null : new[] { modifiers }, null, null);
-            }
-            Tally.Equal((object)true, Call("Setup", new object[] { Demo.Barry }));
-            var single = new object[] { Demo.So2Mass, January, "", 0 };
-            Tally.Equal((object)true, Call("Param_GetData_String", single, 2, 3));
-            Tally.Equal((5680.7f).ToString(), single[2]);
-            Tally.Equal(102, single[3]);
-            var run = new object[] { Demo.So2Mass, January, 2, "h", 1, new float[1], new int[1], new bool[1] };
-            Tally.Equal((object)true, Call("Param_GetDataArray_Single", run, 5, 6, 7));
-            Tally.Equal(2, ((float[])run[5]).Length);
-            Tally.Equal(5680.7f, ((float[])run[5])[0]);
-            Call("Teardown", new object[0]);
-        });
     }
 }

@@ -29,6 +29,10 @@ internal static class Tally
             throw new Exception(string.Format("{0}: expected <{1}>, got <{2}>", what, expected, actual));
     }
 
+    /// <summary>Exactly these lines, in this order.</summary>
+    public static void Lines(string[] actual, params string[] expected) =>
+        Equal(string.Join("\n", expected), string.Join("\n", actual), "lines");
+
     public static void True(bool condition, string what)
     {
         if (!condition) throw new Exception(what);

@@ -1,5 +1,5 @@
 // Holds samples/csharp/VTWrapperDN.cs against the type library inside the component: every interface, member,
-// dispatch id, argument and class, in order.
+// dispatch id, argument, class, enumeration and value, in order.
 
 using System;
 using System.Collections.Generic;
@@ -36,7 +36,12 @@ internal static class TypeLibraryTest
             TYPEATTR attributes = Attributes(type);
             type.GetDocumentation(-1, out string name, out _, out _, out _);
             var members = new List<string>();
-            if (attributes.typekind == TYPEKIND.TKIND_DISPATCH)
+            if (attributes.typekind == TYPEKIND.TKIND_ENUM)
+            {
+                members.Add("enum " + name + " " + attributes.guid);
+                for (int v = 0; v < attributes.cVars; v++) members.Add(Constant(type, v));
+            }
+            else if (attributes.typekind == TYPEKIND.TKIND_DISPATCH)
             {
                 type.GetRefTypeOfImplType(-1, out int reference);
                 type.GetRefTypeInfo(reference, out ITypeInfo vtable);
@@ -60,6 +65,17 @@ internal static class TypeLibraryTest
         return attributes;
     }
 
+    private static string Constant(ITypeInfo type, int index)
+    {
+        type.GetVarDesc(index, out IntPtr pointer);
+        var constant = Marshal.PtrToStructure<VARDESC>(pointer);
+        var names = new string[1];
+        type.GetNames(constant.memid, names, 1, out _);
+        object value = Marshal.GetObjectForNativeVariant(constant.desc.lpvarValue);
+        type.ReleaseVarDesc(pointer);
+        return string.Format("{0} = {1}", names[0], value);
+    }
+
     private static string Member(ITypeInfo type, int index)
     {
         type.GetFuncDesc(index, out IntPtr pointer);
@@ -71,7 +87,7 @@ internal static class TypeLibraryTest
         for (int i = 0; i < function.cParams; i++)
         {
             var element = Marshal.PtrToStructure<ELEMDESC>(function.lprgelemdescParam + i * Marshal.SizeOf<ELEMDESC>());
-            string text = TypeText(element.tdesc);
+            string text = TypeText(type, element.tdesc);
             if ((element.desc.paramdesc.wParamFlags & PARAMFLAG.PARAMFLAG_FRETVAL) != 0)
                 result = text.Substring("ref ".Length);
             else
@@ -81,22 +97,29 @@ internal static class TypeLibraryTest
         return string.Format("{0} {1} {2}({3})", function.memid, result, names[0], string.Join(", ", arguments));
     }
 
-    private static string TypeText(TYPEDESC type)
+    private static string TypeText(ITypeInfo user, TYPEDESC type)
     {
         switch ((VarEnum)type.vt)
         {
-            case VarEnum.VT_PTR: return "ref " + TypeText(Marshal.PtrToStructure<TYPEDESC>(type.lpValue));
-            case VarEnum.VT_SAFEARRAY: return TypeText(Marshal.PtrToStructure<TYPEDESC>(type.lpValue)) + "[]";
+            case VarEnum.VT_PTR: return "ref " + TypeText(user, Marshal.PtrToStructure<TYPEDESC>(type.lpValue));
+            case VarEnum.VT_SAFEARRAY: return TypeText(user, Marshal.PtrToStructure<TYPEDESC>(type.lpValue)) + "[]";
+            case VarEnum.VT_USERDEFINED:
+                user.GetRefTypeInfo(type.lpValue.ToInt32(), out ITypeInfo used); // a reference, not a pointer
+                used.GetDocumentation(-1, out string name, out _, out _, out _);
+                return name;
             default: return ((VarEnum)type.vt).ToString();
         }
     }
 
     private static IEnumerable<string> OfDeclarations()
     {
-        IEnumerable<Type> types = Assembly.GetExecutingAssembly().GetTypes().Where(t => t.IsImport && t.Namespace == "VTWrapperDN");
+        IEnumerable<Type> types = Assembly.GetExecutingAssembly().GetTypes().Where(t => t.Namespace == "VTWrapperDN");
         foreach (Type type in types.OrderBy(t => t.Name, StringComparer.Ordinal))
         {
-            yield return (type.IsInterface ? "interface " : "class ") + type.Name + " " + type.GUID;
+            yield return (type.IsEnum ? "enum " : type.IsInterface ? "interface " : "class ") + type.Name + " " + type.GUID;
+            if (type.IsEnum)
+                foreach (FieldInfo field in type.GetFields(BindingFlags.Public | BindingFlags.Static).OrderBy(f => f.MetadataToken))
+                    yield return string.Format("{0} = {1}", field.Name, Convert.ToInt32(field.GetRawConstantValue()));
             if (!type.IsInterface) continue;
             foreach (MethodInfo method in type.GetMethods().OrderBy(m => m.MetadataToken))
                 yield return string.Format("{0} {1} {2}({3})", method.GetCustomAttribute<DispIdAttribute>().Value,

@@ -36,4 +36,7 @@ compile ReadAMonth "$VTDN_SOURCE/samples/csharp/ReadAMonth.cs" "$declarations"
 compile SystemTests "$VTDN_SOURCE"/tests/system/csharp/*.cs "$declarations"
 prepare_demo
 expect '^SO2 mass of Barry (ORIS 3).*: 736 of 744 hours have a value, 5254710.5 lb in all' execute ReadAMonth
-execute SystemTests "$(windows_path "$VTDN_BUILD/bin/VTWrapDN.dll")" "$(windows_path "$VTDN_SOURCE/data/demo")"
+log=$out/tests.log
+execute SystemTests "$(windows_path "$VTDN_BUILD/bin/VTWrapDN.dll")" "$(windows_path "$VTDN_SOURCE/data/demo")" | tee "$log"
+execute SystemTests | tee -a "$log"
+add_up "$log"
