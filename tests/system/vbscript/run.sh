@@ -1,7 +1,26 @@
 #!/usr/bin/env bash
 # The component from the script host.
 . "$(dirname "${BASH_SOURCE[0]}")/../lib.sh"
+
+here=$VTDN_SOURCE/tests/system/vbscript
+out=$VTDN_BUILD/system/vbscript
+log=$out/tests.log
+mkdir -p "$out"
+: >"$log"
+
+host() { "$VTDN_RUN" cscript //nologo "$(windows_path "$1")"; }
+
+# with_checks NAME: the script behind what all of them share, since scripts cannot include one another.
+with_checks() {
+    cat "$here/checks.vbs" "$here/$1" >"$out/$1"
+    host "$out/$1" | tee -a "$log"
+}
+
 prepare_demo
 expect '^SO2 mass of Barry (ORIS 3).*: 736 of 744 hours have a value, 5254710.5 lb in all' \
-    "$VTDN_RUN" cscript //nologo "$(windows_path "$VTDN_SOURCE/samples/vbscript/read_a_month.vbs")"
-"$VTDN_RUN" cscript //nologo "$(windows_path "$VTDN_SOURCE/tests/system/vbscript/clients.vbs")"
+    host "$VTDN_SOURCE/samples/vbscript/read_a_month.vbs"
+with_checks clients.vbs
+with_checks members.vbs
+with_checks again.vbs
+host "$here/names.js" | tee -a "$log"
+add_up "$log"

@@ -1,0 +1,42 @@
+// Names, lists and special values from the other language of the script host, whose own arrays are objects.
+
+var passed = 0, failed = 0;
+
+function check(name, test) {
+    var good = false, why = "";
+    try {
+        good = test();
+    } catch (failure) {
+        why = ": error " + (failure.number & 0xFFFF) + ", " + failure.description;
+    }
+    if (good === true) ++passed; else ++failed;
+    WScript.Echo((good === true ? "ok    " : "FAIL  ") + name + why);
+}
+
+var wrapper = new ActiveXObject("VTWrapDN.DIWrapper");
+check("before set-up names are error 91", function () {
+    try {
+        wrapper.Utils_GetUnitNames();
+    } catch (failure) {
+        return (failure.number & 0xFFFF) === 91;
+    }
+    return false;
+});
+check("set-up", function () { return wrapper.Setup(1); });
+check("unit names", function () {
+    var names = new VBArray(wrapper.Utils_GetUnitNames());
+    return names.lbound() === 0 && names.ubound() === 19 && names.getItem(5) === "Barry 5";
+});
+check("names of codes as an array of this language", function () {
+    var names = new VBArray(wrapper.Utils_GetShortMCNames()).toArray();
+    return names.length === 199 && names[102] === "Calculated" && names[18] === "";
+});
+check("lists", function () { return wrapper.GetListOf75IntfCheckPIDs().split(";").length === 2; });
+check("relationships", function () { return wrapper.GetListOfRelationshipPIDs(1, 15) === "502020200;503020200;505020200"; });
+check("a special value as a number", function () { return wrapper.Param_GetSpecialValue_Int32(500100000, -95) === 3; });
+check("a special value as a boolean", function () { return wrapper.Param_GetSpecialValue_Boolean(500100000, -17) === true; });
+check("a special value as a text", function () { return wrapper.Param_GetSpecialValue_String(511010001, -22) === "40CFR75"; });
+wrapper.Teardown();
+
+WScript.Echo(passed + " passed, " + failed + " failed");
+if (failed > 0) WScript.Quit(1);
