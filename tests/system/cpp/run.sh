@@ -1,6 +1,18 @@
 #!/usr/bin/env bash
-# The C++ sample, early bound, through the registered component.
+# The C++ sample and the early-bound clients, through the registered component.
 . "$(dirname "${BASH_SOURCE[0]}")/../lib.sh"
+
+log=$VTDN_BUILD/system/cpp.log
+
+# clients ARGS...: the test program; its own count becomes one of this suite.
+clients() {
+    "$VTDN_RUN" "$VTDN_BUILD/bin/system_cpp_clients.exe" "$@" | tee "$log.gtest"
+    tr -d '\r' <"$log.gtest" | sed -n 's/^\[  PASSED  \] \([0-9]*\) tests\{0,1\}\..*/\1 passed, 0 failed/p' >>"$log"
+}
+
 prepare_demo
 expect '^736 of 744 hours have a value, 5254710.5 lb in all' "$VTDN_RUN" "$VTDN_BUILD/bin/read_a_month.exe"
-echo "1 passed, 0 failed"
+echo "1 passed, 0 failed" >"$log"
+clients --gtest_filter=-SecondProcess.*
+clients --gtest_filter=SecondProcess.*
+add_up "$log"
