@@ -25,14 +25,15 @@ constexpr std::int32_t availableCodesValue = 1002;
 // Calls use(site, period) with the open site and the span that the arguments name.
 template <class Use>
 com::Variant over(Session& session, const SpecialArguments& arguments, Use use) {
-    return session.onSite([&](store::Site& site) {
-        const Period period{arguments.time(0), arguments.time(1)};
-        if (period.end < period.start)
+    const Period period = session.reporting([&] {
+        const Period given{arguments.time(0), arguments.time(1)};
+        if (given.end < given.start)
             throw store::Error(store::ErrorKind::badInterval,
-                               "The span of time ends at " + store::timeText(period.end) +
-                                   ", before it starts at " + store::timeText(period.start) + ".");
-        return use(site, period);
+                               "The span of time ends at " + store::timeText(given.end) +
+                                   ", before it starts at " + store::timeText(given.start) + ".");
+        return given;
     });
+    return session.onSite([&](store::Site& site) { return use(site, period); });
 }
 
 // Calls use(value, number) for each number of the intervals that begin in a period.

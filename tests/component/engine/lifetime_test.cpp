@@ -1,5 +1,5 @@
 // Lifetime: objects in any order, the library's unloading, and nothing left behind.
-#include "on_engine.h"
+#include "special_call.h"
 
 namespace vtdn::embedded::test {
 namespace {
@@ -43,6 +43,48 @@ class AllocationSpy final : public IMallocSpy {
     long live_ = 0;
 };
 
+/// Names, lists and special functions, the refused included.
+void facts(const engine::Engine& engine, const engine::Param& param) {
+    static_cast<void>(engine.utils().name(&DIUtils::MCName, 0, true));
+    static_cast<void>(engine.utils().unitName(5));
+    static_cast<void>(param.specialValue(-22));
+    EXPECT_TRUE(param.relationship());
+    static_cast<void>(param.relationship().text(&DIRelationship::get_DetailXML));
+    const auto related = engine.relationshipParams();
+    EXPECT_EQ(related.count(), 2);
+    static_cast<void>(related.item(1).pid());
+    EXPECT_NE(failureOf([&] { static_cast<void>(related.item(3)); }).number, 0);
+    com::Ptr<IUnknown> all;
+    com::check(related.get()->get__NewEnum(all.receive()));
+    VARIANT two[2];
+    ULONG fetched = 0;
+    com::check(all.as<IEnumVARIANT>()->Next(2, two, &fetched));
+    for (VARIANT& element : two) VariantClear(&element);
+    static_cast<void>(engine.paramsOfTypes(variantsOf({com::Variant::of(LONG{0})})).item(1));
+    engine.alarmWriter().writeAlarm(com::Bstr(L"DEMO"), {hour(1), nullptr, nullptr, 1, nullptr, nullptr});
+    EXPECT_NE(failureOf([&] { engine.alarmWriter().writeAlarm(com::Bstr(L"X"), {}); }).number, 0);
+    for (const LONG id : {102L, 104L, 106L}) {
+        com::SafeArray span = variantsOf(nested(test::span(hour(0), hour(5))));
+        static_cast<void>(param.specialFunction(id, span));
+    }
+    com::SafeArray backwards = variantsOf(test::span(hour(5), hour(0)));
+    EXPECT_NE(failureOf([&] { static_cast<void>(param.specialFunction(102, backwards)); }).number, 0);
+    engine.params().flushCache();
+}
+
+void maskedRun(const engine::Param& param) {
+    const auto data = engine::DataArray::create();
+    const auto mask = engine::DataArray::create();
+    for (const auto& array : {data, mask}) array.define(hour(0), 24, com::Bstr(L"h"), 1);
+    data.fill(com::Variant::of(std::wstring_view(L"text")), 3);
+    data.setItem(2, com::Variant::of(1.5), 4);
+    mask.fill(com::Variant::of(LONG{3}), 0);
+    com::SafeArray arguments = variantsOf({com::Variant::of(data.get()), com::Variant::of(mask.get())});
+    static_cast<void>(param.specialFunction(33, arguments));
+    mask.setItem(5, com::Variant::of(LONG{9}), 0);
+    EXPECT_NE(failureOf([&] { static_cast<void>(param.specialFunction(33, arguments)); }).number, 0);
+}
+
 /// Everything that a client does in a session, the refused included.
 void session(LONG dahsId) {
     const auto engine = engine::Engine::create();
@@ -57,6 +99,8 @@ void session(LONG dahsId) {
         storeItem(param, hour(1), value, 7);
     com::SafeArray none;
     EXPECT_NE(failureOf([&] { static_cast<void>(param.specialFunction(6, none)); }).number, 0);
+    facts(engine, param);
+    maskedRun(param);
     const auto data = engine::DataArray::create();
     data.define(hour(0), 24, com::Bstr(L"h"), 1);
     param.readDataArray(data);
@@ -69,6 +113,13 @@ void session(LONG dahsId) {
 }  // namespace
 
 TEST_F(EngineLifetime, ASessionLeavesNoAllocationBehind) {
+    {
+        store::Site site(connections(), "DEMO");
+        store::Load load(site);
+        const std::vector<store::Relationship> related{{hourPid, store::test::dayMaximumPid}};
+        load.replaceRelationships(related);
+        load.commit();
+    }
     session(dahsId);  // what is made once and kept
     AllocationSpy spy;
     {
@@ -98,6 +149,11 @@ TEST_F(EngineLifetime, EveryObjectKeepsTheLibraryAndTheLastOneLetsItGo) {
             ASSERT_TRUE(engine.setupByDahsId(dahsId));
             objects.emplace_back(engine.params().get());
             objects.emplace_back(engine.utils().get());
+            objects.emplace_back(engine.alarmWriter().get());
+            objects.emplace_back(engine.relationshipParams().get());
+            com::Ptr<IUnknown> enumerator;
+            com::check(engine.relationshipParams().get()->get__NewEnum(enumerator.receive()));
+            objects.push_back(enumerator);
             objects.emplace_back(engine.selectedDahs().get());
             objects.emplace_back(engine.params().item(hourPid).get());
             objects.emplace_back(engine.params().item(hourPid).dataItem(hour(1)).get());

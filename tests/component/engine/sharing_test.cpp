@@ -1,5 +1,5 @@
 // Several engines on one site, in one process and in several, and what is left when a process ends.
-#include "on_engine.h"
+#include "special_call.h"
 
 namespace vtdn::embedded::test {
 namespace {
@@ -26,6 +26,17 @@ class EngineSharing : public OnEngine {
         return code;
     }
 };
+
+/// A day of minutes with one value and code, stored at once.
+void storeDay(const engine::Param& param, float value, LONG mc) {
+    const auto data = engine::DataArray::create();
+    const auto mask = engine::DataArray::create();
+    for (const auto& array : {data, mask}) array.define(hour(0), 1440, com::Bstr(L"m"), 1);
+    data.fill(com::Variant::of(value), mc);
+    mask.fill(com::Variant::of(LONG{3}), 0);
+    com::SafeArray arguments = variantsOf({com::Variant::of(data.get()), com::Variant::of(mask.get())});
+    static_cast<void>(param.specialFunction(33, arguments));
+}
 
 /// The other process: VANTOR_HOME is inherited.
 class EngineElsewhere : public testing::Test {
@@ -69,6 +80,24 @@ TEST_F(EngineSharing, AnotherProcessWritesWhileThisOneHasTheSiteOpen) {
     EXPECT_EQ(read(hourPid, hour(3)).get().lVal, 33);
     write(hourPid, hour(4), com::Variant::of(LONG{4}), 1);
     EXPECT_EQ(read(hourPid, hour(4)).get().lVal, 4);
+}
+
+TEST_F(EngineSharing, ARunThatWasStoredAtOnceSurvivesTheKillOfItsProcess) {
+    storeDay(param(minutePid), 1.5F, 1);
+    EXPECT_EQ(runElsewhere("EngineElsewhere.DISABLED_StoresADayAndIsKilled"), 77U);
+    const auto data = readRun(minutePid, hour(0), 1440, L"m", 1);
+    DIDataRun run{};
+    ASSERT_TRUE(data.runs().next(1, run));
+    EXPECT_EQ(run.count, 1440);
+    EXPECT_EQ(run.type, VT_R4);
+    EXPECT_EQ(static_cast<const float*>(run.values)[1439], 2.5F);
+    EXPECT_EQ(data.item(1440).mc(), 2);
+}
+
+TEST_F(EngineElsewhere, DISABLED_StoresADayAndIsKilled) {
+    ASSERT_TRUE(engine.setupByDahsId(dahsId));
+    storeDay(engine.params().item(minutePid), 2.5F, 2);
+    TerminateProcess(GetCurrentProcess(), 77);
 }
 
 TEST_F(EngineElsewhere, DISABLED_ReadsWhatWasWritten) {

@@ -213,8 +213,8 @@ TEST_F(EngineWrite, OtherFunctionsAreRefused) {
         const Failure failure = special(id, {com::Variant::ofDate(hour(1)), item(five(), 1)});
         EXPECT_EQ(failure.number, 5) << id;
         EXPECT_NE(failure.description.find(std::to_wstring(id)), std::wstring::npos) << failure.description;
-        for (const wchar_t* known : {L" 6 ", L" 32 ", L" 33 ", L" 101 ", L" 102 ", L" 103 ", L" 104 ", L" 105 ",
-                                     L" 106 "})
+        for (const wchar_t* known :
+             {L" 6 ", L" 32 ", L" 33 ", L" 101 ", L" 102 ", L" 103 ", L" 104 ", L" 105 ", L" 106 "})
             EXPECT_NE(failure.description.find(known), std::wstring::npos) << failure.description;
     }
 }
