@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "com/error.h"
+#include "com/safe_array.h"
 
 namespace vtdn::com {
 namespace {
@@ -179,7 +180,10 @@ Variant Variant::of(IDispatch* object) noexcept {
 
 Variant Variant::of(SAFEARRAY* array) {
     SAFEARRAY* copy = nullptr;
-    if (array) check(SafeArrayCopy(array, &copy));
+    if (array) {
+        needElementType(array, VT_VARIANT);
+        check(SafeArrayCopy(array, &copy));
+    }
     Variant v = withType(VT_ARRAY | VT_VARIANT);
     v.value_.parray = copy;
     return v;

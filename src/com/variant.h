@@ -34,7 +34,8 @@ class Variant {
     static Variant ofBool(bool value) noexcept;
     static Variant ofDate(DATE value) noexcept;
     static Variant of(IDispatch* object) noexcept;  ///< null gives an empty object reference
-    static Variant of(SAFEARRAY* array);  ///< a copy of an array of variants; none gives an array without any
+    /// A copy of an array of variants; none gives an array without any. Throws error 13 for other elements.
+    static Variant of(SAFEARRAY* array);
 
     [[nodiscard]] const VARIANT& get() const noexcept { return value_; }
     [[nodiscard]] VARIANT* operator&() = delete;
