@@ -1,3 +1,5 @@
+#include <string>
+
 #include "diwrapper/DIWrapper.h"
 #include "diwrapper/answer.h"
 #include "params/bulk_write.h"
@@ -10,10 +12,12 @@ STDMETHODIMP DIWrapper::Param_WriteValues(LONG lngPID, DATE dtmPeriodStart, LONG
                                           VARIANT_BOOL* result) noexcept {
     return answer<_DIWrapper>(result, [&] {
         com::needPointers(lngMCs, lngFlags);
+        // Copies: what the engine raises may reach code that changes the client's texts.
+        const std::wstring intervalType(com::view(strIntervalType));
+        const std::wstring values(com::view(strValues));
         return params::writeValues(
-            session_,
-            {lngPID, dtmPeriodStart, lngIntervalCount, com::view(strIntervalType), lngIntervalLength},
-            com::view(strValues), *lngMCs, *lngFlags);
+            session_, {lngPID, dtmPeriodStart, lngIntervalCount, intervalType, lngIntervalLength}, values,
+            *lngMCs, *lngFlags);
     });
 }
 
