@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "com/error.h"
+
 namespace vtdn::binding {
 namespace {
 
@@ -56,6 +58,37 @@ TEST(NullToEmpty, ChangesNullAlone) {
     EXPECT_EQ(nullToEmpty(com::Variant::of(LONG{0}).get()).type(), VT_I4);
     EXPECT_EQ(nullToEmpty(com::Variant::missing().get()).get().scode, DISP_E_PARAMNOTFOUND);
     EXPECT_EQ(com::view(nullToEmpty(com::Variant::of(L"").get()).get().bstrVal), L"");
+}
+
+TEST(IsTrue, TakesAnyNonzeroNumberAndTheTwoWords) {
+    for (const com::Variant& yes :
+         {com::Variant::ofBool(true), com::Variant::of(LONG{-5}), com::Variant::of(0.25),
+          com::Variant::of(L"True"), com::Variant::of(L"tRuE"), com::Variant::of(L"0.5"), shortOf(3),
+          decimalOf(1)})
+        EXPECT_TRUE(isTrue(yes)) << yes.type();
+    for (const com::Variant& no :
+         {com::Variant::ofBool(false), com::Variant::of(LONG{0}), com::Variant::of(0.0),
+          com::Variant::of(L"False"), com::Variant::of(L"0"), com::Variant(), shortOf(0)})
+        EXPECT_FALSE(isTrue(no)) << no.type();
+}
+
+TEST(IsTrue, CountsNullAsFalse) {
+    EXPECT_FALSE(isTrue(com::Variant::null()));
+}
+
+TEST(IsTrue, ThrowsWhatDoesNotConvert) {
+    const auto numberOf = [](const com::Variant& value) {
+        try {
+            static_cast<void>(isTrue(value));
+        } catch (const com::Error& error) {
+            return error.number();
+        }
+        return LONG{0};
+    };
+    EXPECT_EQ(numberOf(com::Variant::of(L"yes")), 13);
+    EXPECT_EQ(numberOf(com::Variant::of(L"")), 13);
+    EXPECT_EQ(numberOf(com::Variant::missing()), 13);
+    EXPECT_EQ(numberOf(com::Variant::of(static_cast<IDispatch*>(nullptr))), 91);
 }
 
 }  // namespace

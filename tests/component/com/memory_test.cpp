@@ -6,9 +6,9 @@
 
 #include "com/safe_array.h"
 #include "counted_new.h"
-#include "late.h"
 #include "probe.h"
 #include "support/allocation_spy.h"
+#include "support/late.h"
 
 namespace vtdn::test {
 namespace {

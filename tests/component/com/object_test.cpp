@@ -6,8 +6,8 @@
 
 #include "com/class_factory.h"
 #include "com/own_object.h"
-#include "late.h"
 #include "probe.h"
+#include "support/late.h"
 
 namespace vtdn::test {
 namespace {

@@ -2,8 +2,8 @@
 #include <gtest/gtest.h>
 
 #include "com/safe_array.h"
-#include "late.h"
 #include "probe.h"
+#include "support/late.h"
 
 namespace vtdn::test {
 namespace {

@@ -308,5 +308,45 @@ TEST(Variant, CopiesAndMovesOwnWhatTheyHold) {
     EXPECT_EQ(Variant::copyOf(reference(VT_I4, &number).get()).type(), VT_I4);
 }
 
+TEST(Variant, OfAnArrayIsACopyOfItWithItsBounds) {
+    SAFEARRAYBOUND bound{2, -1};
+    const com::SafeArray array(SafeArrayCreate(VT_VARIANT, 1, &bound));
+    {
+        const com::ArrayView<VARIANT> elements(array.get());
+        Variant::of(L"text").detachTo(&elements[0]);
+        Variant::of(LONG{7}).detachTo(&elements[1]);
+    }
+    const Variant copy = Variant::of(array.get());
+    ASSERT_EQ(copy.type(), VT_ARRAY | VT_VARIANT);
+    EXPECT_NE(copy.get().parray, array.get());
+    EXPECT_EQ(com::bounds(copy.get().parray), (com::Bounds{-1, 0}));
+    const com::ArrayView<VARIANT> elements(copy.get().parray);
+    const com::ArrayView<VARIANT> original(array.get());
+    EXPECT_EQ(com::view(elements[0].bstrVal), L"text");
+    EXPECT_NE(elements[0].bstrVal, original[0].bstrVal);
+    EXPECT_EQ(elements[1].lVal, 7);
+}
+
+TEST(Variant, OfNoArrayIsAnArrayWithoutAny) {
+    const Variant none = Variant::of(static_cast<SAFEARRAY*>(nullptr));
+    EXPECT_EQ(none.type(), VT_ARRAY | VT_VARIANT);
+    EXPECT_EQ(none.get().parray, nullptr);
+    const Variant copy = none;
+    EXPECT_EQ(copy.type(), VT_ARRAY | VT_VARIANT);
+    EXPECT_EQ(copy.get().parray, nullptr);
+}
+
+TEST(Variant, OfAnArrayOfAnotherElementTypeIsError13) {
+    for (const VARTYPE type : {VT_I4, VT_BSTR, VT_R8}) {
+        const com::SafeArray array(SafeArrayCreateVector(type, 0, 2));
+        try {
+            static_cast<void>(Variant::of(array.get()));
+            ADD_FAILURE() << type;
+        } catch (const com::Error& error) {
+            EXPECT_EQ(error.result(), mismatch) << type;
+        }
+    }
+}
+
 }  // namespace
 }  // namespace vtdn::test

@@ -22,4 +22,19 @@ std::vector<std::wstring> Client::problemTexts() const {
     return texts;
 }
 
+std::vector<std::wstring> Client::plainTexts(const com::SafeArray& array) {
+    std::vector<std::wstring> texts;
+    if (!array.get()) {
+        ADD_FAILURE() << "No array";
+        return texts;
+    }
+    EXPECT_EQ(com::bounds(array.get()).lower, 0);
+    const com::ArrayView<BSTR> elements(array.get());
+    for (const BSTR element : elements) {
+        EXPECT_TRUE(element) << "A null string, which managed clients tell from an empty one";
+        texts.emplace_back(com::view(element));
+    }
+    return texts;
+}
+
 }  // namespace vtdn::test

@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "com/ptr.h"
+#include "com/safe_array.h"
 #include "com/strings.h"
 #include "support/component.h"
 #include "support/failure.h"
@@ -45,6 +46,11 @@ class Client {
     template <class... P, class... A>
     LONG number(Member<P...> member, A... arguments) const {
         return succeed<LONG>(0x55, member, arguments...);
+    }
+    /// The same for a member that returns an array of texts, which must begin at 0 and hold no null string.
+    template <class... P, class... A>
+    std::vector<std::wstring> texts(Member<P...> member, A... arguments) const {
+        return plainTexts(com::SafeArray(succeed<SAFEARRAY*>(nullptr, member, arguments...)));
     }
 
     /// A call that must fail and leave no result.
@@ -77,6 +83,8 @@ class Client {
     void release() { EXPECT_EQ(wrapper_.detach()->Release(), 0U); }
 
   private:
+    static std::vector<std::wstring> plainTexts(const com::SafeArray& array);
+
     template <class Result, class... P, class... A>
     Result succeed(Result unset, Member<P...> member, A... arguments) const {
         Result result = unset;
