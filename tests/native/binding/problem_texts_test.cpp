@@ -39,5 +39,26 @@ TEST(ProblemTexts, AMonitorCodeIsQuotedInPlainDecimal) {
               L"'-2147483648' is not a known monitor code (WDN-027)");
 }
 
+TEST(ProblemTexts, ARunOfWrongSizesNamesItsPid) {
+    EXPECT_EQ(differentSizes(100501000, code(40)),
+              L"Array sizes are different. Can't write values/MCs to 1-005-0-10-00 (WDN-040)");
+    EXPECT_EQ(differentSizes(7, code(40)),
+              L"Array sizes are different. Can't write values/MCs to  (WDN-040)");
+    EXPECT_EQ(countMismatch(100501000, code(41)),
+              L"Count does not match array size. Can't write values/MCs to 1-005-0-10-00 (WDN-041)");
+    EXPECT_EQ(countMismatch(-1, code(41)),
+              L"Count does not match array size. Can't write values/MCs to  (WDN-041)");
+}
+
+TEST(ProblemTexts, ATrappedErrorIsItsNumberAndItsDescription) {
+    EXPECT_EQ(trappedError(13, L"Type mismatch", code(36)), L"13, Type mismatch (WDN-036)");
+    EXPECT_EQ(trappedError(94, L"Invalid use of Null", code(54)), L"94, Invalid use of Null (WDN-0054)");
+    EXPECT_EQ(trappedError(-2147467259, L"Automation error", code(59)),
+              L"-2147467259, Automation error (WDN-0059)");
+    EXPECT_EQ(trappedError(5, L"", code(32)), L"5,  (WDN-032)");
+    EXPECT_EQ(trappedError(0, std::wstring_view(L"a\0\tb", 4), code(48)),
+              std::wstring(L"0, a\0\tb (WDN-048)", 17));
+}
+
 }  // namespace
 }  // namespace vtdn::binding
