@@ -3,6 +3,9 @@
 #include <stdexcept>
 #include <utility>
 
+#include "com/error.h"
+#include "contract/type_text.h"
+
 namespace vtdn::test {
 
 namespace {
@@ -24,7 +27,14 @@ ArgumentType plain(ITypeInfo& owner, const TYPEDESC& type) {
         case VT_DATE:
         case VT_BOOL:
         case VT_BSTR:
+        case VT_VARIANT:
             return {type.vt, false, false};
+        case VT_USERDEFINED: {
+            com::Ptr<ITypeInfo> other;
+            com::check(owner.GetRefTypeInfo(type.hreftype, other.receive()));
+            if (TypeAttributes(*other.get())->typekind == TKIND_ENUM) return {VT_I4, false, false};
+            throw std::runtime_error("No test argument for a type that is no enumeration");
+        }
         default:
             throw std::runtime_error("No test argument for type " + std::to_string(type.vt));
     }

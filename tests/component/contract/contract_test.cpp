@@ -104,6 +104,18 @@ void walk(const std::function<void(const Walked&)>& visit) {
     EXPECT_GT(visited, 0);
 }
 
+/// The name lists and the parameter cache, which need a wrapper that is set up.
+bool needsSetUp(const Walked& walked) {
+    constexpr MEMBERID first = 161;
+    constexpr MEMBERID last = 168;
+    return walked.member.memid >= first && walked.member.memid <= last;
+}
+
+/// What a call before set-up answers.
+HRESULT beforeSetUp(const Walked& walked) {
+    return needsSetUp(walked) ? numbered(91) : S_OK;
+}
+
 /// False, 0, "" or nothing at all.
 void expectDefault(const Variant& result, const std::vector<ArgumentType>& types) {
     const bool returns = !types.empty() && types.back().result;
@@ -123,6 +135,15 @@ void expectDefault(const Variant& result, const std::vector<ArgumentType>& types
             break;
         default:
             FAIL() << "no default is known for type " << expected;
+    }
+}
+
+/// The default result, or none of a call that failed.
+void expectOutcome(const Variant& result, const Walked& walked) {
+    if (needsSetUp(walked)) {
+        EXPECT_EQ(result.type(), VT_EMPTY);
+    } else {
+        expectDefault(result, walked.types);
     }
 }
 
@@ -236,11 +257,11 @@ TEST(Classes, GiveTheirTypeInformation) {
 
 // ---- Early bound
 
-TEST(EarlyBound, EveryMemberBeforeSetUpSucceedsWithItsDefaultResult) {
+TEST(EarlyBound, EveryMemberBeforeSetUpHasItsDefaultResultOrNeedsSetUp) {
     walk([](const Walked& walked) {
         Arguments arguments(walked.types, Style::typed);
-        EXPECT_EQ(arguments.callSlot(*walked.object.get(), walked.member.oVft), S_OK);
-        expectDefault(arguments.result(), walked.types);
+        EXPECT_EQ(arguments.callSlot(*walked.object.get(), walked.member.oVft), beforeSetUp(walked));
+        if (!needsSetUp(walked)) expectDefault(arguments.result(), walked.types);
     });
 }
 
@@ -249,7 +270,7 @@ TEST(EarlyBound, NoMemberAddsAProblemBeforeSetUp) {
         const auto wrapper = walked.object.as<_DIWrapper>();
         if (!wrapper) return;
         Arguments arguments(walked.types, Style::typed);
-        EXPECT_EQ(arguments.callSlot(*wrapper.get(), walked.member.oVft), S_OK);
+        EXPECT_EQ(arguments.callSlot(*wrapper.get(), walked.member.oVft), beforeSetUp(walked));
         Bstr problems;
         EXPECT_EQ(wrapper->GetAndClearProblemsList(problems.receive()), S_OK);
         EXPECT_EQ(problems.view(), L"");
@@ -309,13 +330,14 @@ TEST(LateBound, UnknownNamesAreRefused) {
     });
 }
 
-TEST(LateBound, EveryMemberBeforeSetUpSucceedsWithItsDefaultResult) {
+TEST(LateBound, EveryMemberBeforeSetUpHasItsDefaultResultOrNeedsSetUp) {
     for (const Style style : {Style::typed, Style::script}) {
         walk([style](const Walked& walked) {
             Arguments arguments(walked.types, style);
             Variant result;
-            EXPECT_EQ(walked.invoke(arguments.forInvoke(), result), S_OK) << static_cast<int>(style);
-            expectDefault(result, walked.types);
+            EXPECT_EQ(walked.invoke(arguments.forInvoke(), result), beforeSetUp(walked))
+                << static_cast<int>(style);
+            expectOutcome(result, walked);
         });
     }
 }
@@ -327,7 +349,7 @@ TEST(LateBound, AResultThatNobodyWantsIsNoError) {
         DISPPARAMS params{values.data(), nullptr, static_cast<UINT>(values.size()), 0};
         EXPECT_EQ(walked.object->Invoke(walked.member.memid, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD,
                                         &params, nullptr, nullptr, nullptr),
-                  S_OK);
+                  beforeSetUp(walked));
     });
 }
 
@@ -414,6 +436,8 @@ TEST(LateBound, AWrongArgumentIsRefusedAndNamed) {
                 const bool applies = type.type & VT_ARRAY   ? wrong.forArrays
                                      : type.type == VT_BSTR ? wrong.forTexts
                                                             : wrong.forNumbers;
+                // An array of VARIANT takes what any other array holds.
+                if (type.type == (VT_ARRAY | VT_VARIANT) && (wrong.value.type() & VT_ARRAY)) continue;
                 if (!applies) continue;
                 Arguments arguments(walked.types, Style::typed);
                 std::vector<VARIANT> values = arguments.forInvoke();
@@ -474,8 +498,8 @@ TEST(LateBound, NumbersAndTextsOfOtherTypesAreConverted) {
             }
         }
         Variant result;
-        EXPECT_EQ(walked.invoke(values, result), S_OK);
-        expectDefault(result, walked.types);
+        EXPECT_EQ(walked.invoke(values, result), beforeSetUp(walked));
+        expectOutcome(result, walked);
     });
 }
 
@@ -489,7 +513,8 @@ TEST(LateBound, OnlyMethodCallsAreTaken) {
             return walked.object->Invoke(id, iid, LOCALE_USER_DEFAULT, flags, &params, result.receive(),
                                          nullptr, nullptr);
         };
-        EXPECT_EQ(invoke(walked.member.memid, IID_NULL, DISPATCH_METHOD | DISPATCH_PROPERTYGET), S_OK);
+        EXPECT_EQ(invoke(walked.member.memid, IID_NULL, DISPATCH_METHOD | DISPATCH_PROPERTYGET),
+                  beforeSetUp(walked));
         EXPECT_EQ(invoke(walked.member.memid, IID_NULL, DISPATCH_PROPERTYPUT), DISP_E_MEMBERNOTFOUND);
         EXPECT_EQ(invoke(walked.member.memid, IID_IDispatch, DISPATCH_METHOD), DISP_E_UNKNOWNINTERFACE);
         EXPECT_EQ(invoke(99999, IID_NULL, DISPATCH_METHOD), DISP_E_MEMBERNOTFOUND);

@@ -5,6 +5,7 @@
 
 #include "com/error.h"
 #include "com/strings.h"
+#include "com/variant.h"
 #include "support/component.h"
 
 namespace vtdn::test {
@@ -87,6 +88,21 @@ void describeMember(ITypeInfo& type, const Function& member, std::ostream& out) 
     out << ")\n";
 }
 
+void describeEnumeration(ITypeInfo& type, std::ostream& out) {
+    const TypeAttributes of(type);
+    out << "\nenum " << com::toUtf8(documentation(type).name) << " " << shown(of->guid) << "\n";
+    for (UINT i = 0; i < of->cVars; ++i) {
+        VARDESC* constant = nullptr;
+        check(type.GetVarDesc(i, &constant));
+        LONG value = 0;
+        const HRESULT converted = com::toInt32(*constant->lpvarValue, value);
+        const MEMBERID id = constant->memid;
+        type.ReleaseVarDesc(constant);
+        check(converted);
+        out << "  " << com::toUtf8(documentation(type, id).name) << " = " << value << "\n";
+    }
+}
+
 template <class Filter>
 std::vector<Ptr<ITypeInfo>> types(ITypeLib& library, TYPEKIND wanted, Filter filter) {
     std::vector<Ptr<ITypeInfo>> all;
@@ -138,6 +154,10 @@ std::vector<Ptr<ITypeInfo>> classTypes(ITypeLib& library) {
     return types(library, TKIND_COCLASS, [](Ptr<ITypeInfo> type) { return type; });
 }
 
+std::vector<Ptr<ITypeInfo>> enumerationTypes(ITypeLib& library) {
+    return types(library, TKIND_ENUM, [](Ptr<ITypeInfo> type) { return type; });
+}
+
 Documentation documentation(ITypeInfo& type, MEMBERID member) {
     Bstr name;
     Bstr help;
@@ -163,6 +183,7 @@ std::string describe(ITypeLib& library) {
     out << "library " << com::toUtf8(name.view()) << " " << shown(attributes->guid) << " "
         << attributes->wMajorVerNum << "." << attributes->wMinorVerNum << "\n";
     library.ReleaseTLibAttr(attributes);
+    for (const auto& type : enumerationTypes(library)) describeEnumeration(*type.get(), out);
     for (const auto& type : interfaceTypes(library)) {
         const TypeAttributes of(*type.get());
         out << "\ninterface " << com::toUtf8(documentation(*type.get()).name) << " " << shown(of->guid)

@@ -1,4 +1,5 @@
-// The component's type library in words: one line for each interface, member and class.
+// The component's type library in words: one line for each enumeration, interface, member
+// and class.
 #pragma once
 
 #include <string>
@@ -16,6 +17,8 @@ com::Ptr<ITypeLib> loadTypeLibrary();
 std::vector<com::Ptr<ITypeInfo>> interfaceTypes(ITypeLib& library);
 /// The class types of the library.
 std::vector<com::Ptr<ITypeInfo>> classTypes(ITypeLib& library);
+/// The enumerations of the library.
+std::vector<com::Ptr<ITypeInfo>> enumerationTypes(ITypeLib& library);
 
 /// A type's or a library's name and helpstring.
 struct Documentation {
