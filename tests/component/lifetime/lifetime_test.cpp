@@ -31,6 +31,42 @@ void furnish(fake::Site& site) {
     site.parameters[pid].name = L"Flow";
     site.parameters[pid].run = {{com::Variant::of(LONG{1}), 1}, {com::Variant::of(2.5), 2}};
     site.knownMcs = {5};
+    site.siteId = L"S1";
+    site.parameters[pid].type = 3;
+    site.parameters[pid].relationship = fake::Relationship{1, L"h", L"<r/>"};
+    site.parameters[pid].specialValues.insert_or_assign(-95, com::Variant::of(L"3456"));
+    site.parameters[pid].functionAnswer = com::Variant::of(2.5);
+    site.units = {L"Common"};
+    site.monitorCodes = {{L"OK"}, {L"Valid"}};
+}
+
+/// The operations that list, ask for special values, write runs and alarms.
+void useMore(const Client& client) {
+    EXPECT_EQ(client.text(&_DIWrapper::GetListOfCalPIDs), L"000530001");
+    EXPECT_EQ(client.text(&_DIWrapper::GetListOfRelationshipPIDs, ParamRelationship_Hourly, LONG{1}),
+              L"000530001");
+    BSTR xml = nullptr;
+    EXPECT_TRUE(client.yes(&_DIWrapper::GetRelationshipDetailData, pid, &xml));
+    EXPECT_EQ(Bstr::adopt(xml).view(), L"<?xml version=\"1.0\"?>\r\n<r/>");
+    EXPECT_EQ(client.text(&_DIWrapper::Param_GetSpecialValue_String, pid, LONG{-95}), L"3456");
+    EXPECT_EQ(client.number(&_DIWrapper::Param_GetSpecialValue_Int32, pid + 1, LONG{-95}), 0);
+    Array<VARIANT> arguments(0, 2);
+    EXPECT_EQ(client.number(&_DIWrapper::Param_GetSpecialFunction_Real32, pid, LONG{101}, arguments.inOut()),
+              2);
+    EXPECT_EQ(client.number(&_DIWrapper::Param_CallSF_CalcOpTime, pid, 39448.0, 39449.0), 2);
+    const Bstr type(L"1h");
+    const Bstr values(L"1.5\ttext");
+    Array<LONG> mcs(0, 2);
+    Array<LONG> flags(0, 2);
+    flags.fill(3);
+    EXPECT_TRUE(client.yes(&_DIWrapper::Param_WriteValues, pid, 39448.0, LONG{2}, type.get(), LONG{1},
+                           values.get(), mcs.inOut(), flags.inOut()));
+    EXPECT_EQ(client->Params_FlushCache(), S_OK);
+    EXPECT_EQ(client.texts(&_DIWrapper::Utils_GetUnitNames).front(), L"Common");
+    EXPECT_EQ(client.texts(&_DIWrapper::Utils_GetEDRUnitIDs).size(), 20U);
+    EXPECT_EQ(client.texts(&_DIWrapper::Utils_GetLongMCNames), std::vector<std::wstring>{L"Valid"});
+    EXPECT_TRUE(client.yes(&_DIWrapper::WriteStrToAlarm, 39448.0, type.get(), type.get(), LONG{4}, type.get(),
+                           type.get()));
 }
 
 /// A short life of a client.
@@ -46,6 +82,7 @@ void use(const Client& client) {
                            values.inOut(), mcs.inOut(), flags.inOut()));
     EXPECT_EQ(values.values(), (std::vector<float>{1, 2.5f}));
     EXPECT_TRUE(client.yes(&_DIWrapper::Param_WriteVMC_Single, pid, 39448.0, 1.5f, LONG{5}));
+    useMore(client);
     EXPECT_FALSE(client.problems().empty());
 }
 
