@@ -125,9 +125,9 @@ class DataArray final : public Member<EngineObject<DIDataArray, DIDataArrayRuns,
     ~DataArray() override { delete idle_; }
 
     void fill(const std::vector<Interval>& run) { run_ = &run; }
-    /// What a client put into the array, one for each interval.
-    [[nodiscard]] std::vector<Interval> contents() const {
-        std::vector<Interval> all(own_);
+    /// What a client put into the array, one for each interval; it is gone from there.
+    [[nodiscard]] std::vector<Interval> takeContents() {
+        std::vector<Interval> all = std::exchange(own_, {});
         all.resize(static_cast<std::size_t>(std::max(count_, LONG{0})));
         return all;
     }
@@ -141,8 +141,13 @@ class DataArray final : public Member<EngineObject<DIDataArray, DIDataArrayRuns,
     }
     HRESULT STDMETHODCALLTYPE Fill(VARIANT value, LONG mc) override {
         if (const HRESULT failed = tapped("DIDataArray.Fill"); FAILED(failed)) return failed;
-        own_.assign(static_cast<std::size_t>(std::max(count_, LONG{0})),
-                    Interval{com::Variant::copyOf(value), mc});
+        std::vector<Interval> all(static_cast<std::size_t>(std::max(count_, LONG{0})));
+        for (Interval& interval : all) {
+            interval.mc = mc;
+            const HRESULT copied = VariantCopyInd(interval.value.receive(), &value);
+            if (FAILED(copied)) return copied;
+        }
+        own_ = std::move(all);
         return S_OK;
     }
     HRESULT STDMETHODCALLTYPE SetItem(LONG index, VARIANT value, LONG mc) override {
@@ -150,7 +155,9 @@ class DataArray final : public Member<EngineObject<DIDataArray, DIDataArrayRuns,
             return failed;
         ++site().setItemCalls;
         if (index < 1 || index > count_) return DISP_E_BADINDEX;
-        set(index, com::Variant::copyOf(value), mc);
+        com::Variant copy;
+        if (const HRESULT failed = VariantCopyInd(copy.receive(), &value); FAILED(failed)) return failed;
+        set(index, std::move(copy), mc);
         return S_OK;
     }
     HRESULT STDMETHODCALLTYPE SetRun(LONG index, const DIDataRun* run) override {
@@ -412,7 +419,7 @@ class Param final : public Member<EngineObject<DIParam>> {
             if (FAILED(
                     object.get().pdispVal->QueryInterface(lenientArrayId, reinterpret_cast<void**>(&array))))
                 return DISP_E_TYPEMISMATCH;
-            *targets[i] = array->contents();
+            *targets[i] = array->takeContents();
             array->Release();
         }
         com::Variant::ofBool(true).detachTo(result);
