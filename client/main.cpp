@@ -29,8 +29,17 @@ const std::map<std::string_view, Runner>& runners() {
                                                           {"params list", runParamsList},
                                                           {"params show", runParamsShow},
                                                           {"params uses", runParamsUses},
+                                                          {"params related", runParamsRelated},
+                                                          {"params special", runParamsSpecial},
+                                                          {"params call", runParamsCall},
+                                                          {"params optime", runParamsOptime},
                                                           {"read", runRead},
                                                           {"write", runWrite},
+                                                          {"names units", runNamesUnits},
+                                                          {"names mc", runNamesMc},
+                                                          {"names pc", runNamesPc},
+                                                          {"alarm write", runAlarmWrite},
+                                                          {"alarm list", runAlarmList},
                                                           {"problems", runProblems}};
     return table;
 }

@@ -3,14 +3,19 @@
 
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <variant>
 #include <vector>
 
 #include "VTWrapperDN.h"
+#include "client/run/run_file.h"
+#include "client/verbs/params_selection.h"
 #include "client/verbs/read_range.h"
+#include "client/verbs/typed_arguments.h"
 #include "com/ptr.h"
 #include "com/safe_array.h"
+#include "store/alarms.h"
 
 namespace vtdn::client {
 
@@ -24,6 +29,24 @@ struct Reading {
 
 /// A value to write.
 using WrittenValue = std::variant<std::monostate, std::int32_t, float, std::string>;
+
+/// What a special value or function is asked for as: the component has an operation for each.
+enum class AnswerKind { text, number, rounded, boolean };
+using Answer = std::variant<std::string, std::int32_t, bool>;
+
+/// The component's lists of names, indexed by unit number or code.
+enum class NameList {
+    units,
+    unitOrisCodes,
+    unitIds,
+    shortMonitorCodes,
+    longMonitorCodes,
+    shortParameterCodes,
+    longParameterCodes,
+};
+
+/// Whether the component takes a text for a number, in the user's locale.
+bool readsAsNumber(const std::string& text);
 
 /// Calls that fail throw com::Error; the component's refusals are results here as they are there, with lines
 /// in the problems list.
@@ -47,14 +70,29 @@ class Component {
     std::string units(std::int32_t pid) { return text(&_DIWrapper::Param_MeasUnits, pid); }
     std::string format(std::int32_t pid) { return text(&_DIWrapper::Param_Fmt, pid); }
     std::string interval(std::int32_t pid) { return text(&_DIWrapper::Param_IntervalType, pid); }
-    std::string configConnection();
+    std::string configConnection() { return connection(&_DIWrapper::SelectedDahs_ConfigConnection); }
+    std::string alarmConnection() { return connection(&_DIWrapper::SelectedDahs_AlarmConnection); }
 
     struct UsedPids {
-        std::string stored;  ///< nine-digit PIDs joined by ";"
-        std::string constant;
+        std::vector<std::int32_t> stored;
+        std::vector<std::int32_t> constant;
     };
     /// Nothing when the component refused.
     std::optional<UsedPids> uses(std::int32_t pid);
+
+    /// A list of the component, in the engine's order. Not for Kind::all, which it has no list for.
+    std::vector<std::int32_t> list(const ParamsSelection& selection);
+    /// The relationship document, empty when the parameter has none. Nothing when the component refused.
+    std::optional<std::string> relationship(std::int32_t pid);
+
+    // An empty text, 0 or false when the component refused or trapped a failure: the problems list says so,
+    // and it alone.
+    Answer specialValue(std::int32_t pid, std::int32_t id, AnswerKind kind);
+    Answer callFunction(std::int32_t pid, std::int32_t id, std::span<const FunctionArgument> arguments,
+                        AnswerKind kind);
+    std::int32_t operatingTime(std::int32_t pid, store::Time from, store::Time to);
+
+    std::vector<std::string> names(NameList list);
 
     /// Nothing when the component refused, or when anything failed.
     std::optional<Reading> readOne(std::int32_t pid, store::Time time);
@@ -67,7 +105,15 @@ class Component {
     /// Value and monitor code in one write. Not for texts, which the component has no such operation for.
     bool writeBoth(std::int32_t pid, store::Time time, const WrittenValue& value, std::int32_t code);
 
+    /// All of a run or nothing of it.
+    bool writeRun(std::int32_t pid, const store::Interval& interval, const WrittenRun& run);
+
+    /// False when the component refused. The log gives the alarm its site id.
+    bool writeAlarm(const store::Alarm& alarm);
+
   private:
+    using Connection = HRESULT (STDMETHODCALLTYPE _DIWrapper::*)(BSTR*);
+    std::string connection(Connection getter);
     using TextGetter = HRESULT (STDMETHODCALLTYPE _DIWrapper::*)(long, BSTR*);
     std::string text(TextGetter getter, std::int32_t pid);
 

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "client/text/numbers.h"
+#include "client/text/times.h"
 #include "client/text/utf8.h"
 #include "store/error.h"
 #include "store/pid_text.h"
@@ -40,6 +41,26 @@ std::optional<std::int32_t> wholeNumberOfCell(std::string_view cell) {
 std::optional<std::int32_t> signedNumberOfCell(std::string_view cell) {
     // parseInteger takes a plus, too.
     return cell.starts_with('+') ? std::nullopt : parseInteger(cell);
+}
+
+store::Time timeOfCell(std::string_view cell) {
+    // The command line takes a T for the blank; files do not.
+    const auto time = cell.size() > 10 && cell[10] == ' ' ? parseTimestamp(cell) : std::nullopt;
+    if (!time)
+        throw std::invalid_argument(store::quote(cell) +
+                                    " is no time; times look like 2007-03-25 06:00 or 2007-03-25 06:00:30");
+    return *time;
+}
+
+void RowTimes::take(store::Time time) {
+    if (!interval.beginsAt(time))
+        throw std::invalid_argument(store::timeText(time) + " is not on the " + interval.text() +
+                                    " interval of " + store::pidText(pid));
+    if (last && *last >= time)
+        throw std::invalid_argument(store::timeText(time) + " is not later than " + store::timeText(*last) +
+                                    ", which " + store::pidText(pid) +
+                                    " has a row for already; sort the rows by time");
+    last = time;
 }
 
 store::Value valueOfCell(std::string_view cell) {

@@ -6,6 +6,7 @@
 #include <optional>
 #include <string_view>
 
+#include "store/interval.h"
 #include "store/value.h"
 
 namespace vtdn::client {
@@ -23,6 +24,20 @@ std::optional<std::int32_t> wholeNumberOfCell(std::string_view cell);
 
 /// A whole number of digits, with a minus before them or not.
 std::optional<std::int32_t> signedNumberOfCell(std::string_view cell);
+
+/// A time as files have it, with a blank between day and hour ("2007-03-25 06:00", seconds allowed). Throws
+/// std::invalid_argument with the reason.
+store::Time timeOfCell(std::string_view cell);
+
+/// The rows of one parameter: each on its interval, and later than the one before.
+struct RowTimes {
+    store::Pid pid;
+    store::Interval interval;
+    std::optional<store::Time> last;
+
+    /// Throws std::invalid_argument with the reason when there can be no row of this time.
+    void take(store::Time time);
+};
 
 /// A number, a text, or nothing for an empty cell. Throws std::invalid_argument with the reason for what
 /// begins like a number and is none, for a number out of range and for a text that is too long.

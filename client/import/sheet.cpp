@@ -1,6 +1,8 @@
 #include "client/import/sheet.h"
 
 #include <algorithm>
+#include <fstream>
+#include <memory>
 
 #include "client/cli/failure.h"
 #include "client/cli/spelling.h"
@@ -10,15 +12,28 @@
 
 namespace vtdn::client {
 
-Sheet::Sheet(const SiteFile& file, ImportProblems& problems, BytesRead progress)
-    : name_(file.name),
-      stream_(file.path, std::ios::binary),
-      problems_(problems),
-      progress_(std::move(progress)),
-      reader_([this](char* buffer, std::size_t size) { return read(buffer, size); }) {
-    if (!stream_)
-        throw Failure(ExitCode::environment, "The file " + name_ + " cannot be opened.",
+ByteSource fileBytes(const SiteFile& file, BytesRead progress) {
+    // Sources are copied, streams are not.
+    const auto stream = std::make_shared<std::ifstream>(file.path, std::ios::binary);
+    if (!*stream)
+        throw Failure(ExitCode::environment, "The file " + file.name + " cannot be opened.",
                       "Check that you may read it and that no other program holds it.");
+    return [stream, name = file.name, progress = std::move(progress)](char* buffer, std::size_t size) {
+        stream->read(buffer, static_cast<std::streamsize>(size));
+        if (stream->bad())
+            throw Failure(ExitCode::environment, "The file " + name + " could not be read to its end.",
+                          "Check the disk or the network drive that it is on.");
+        const auto got = static_cast<std::size_t>(stream->gcount());
+        if (progress) progress(got);
+        return got;
+    };
+}
+
+Sheet::Sheet(const SiteFile& file, ImportProblems& problems, BytesRead progress)
+    : Sheet(file.name, fileBytes(file, std::move(progress)), problems) {}
+
+Sheet::Sheet(std::string name, ByteSource bytes, ImportProblems& problems)
+    : name_(std::move(name)), problems_(problems), reader_(std::move(bytes)) {
     switch (reader_.next()) {
         case CsvReader::Result::row:
             header_.assign(reader_.fields().begin(), reader_.fields().end());
@@ -30,16 +45,6 @@ Sheet::Sheet(const SiteFile& file, ImportProblems& problems, BytesRead progress)
             problems_.add({name_, 0, {}, "the file is empty; its first line has to be the header"});
             break;
     }
-}
-
-std::size_t Sheet::read(char* buffer, std::size_t size) {
-    stream_.read(buffer, static_cast<std::streamsize>(size));
-    if (stream_.bad())
-        throw Failure(ExitCode::environment, "The file " + name_ + " could not be read to its end.",
-                      "Check the disk or the network drive that it is on.");
-    const auto got = static_cast<std::size_t>(stream_.gcount());
-    if (progress_) progress_(got);
-    return got;
 }
 
 bool Sheet::next() {

@@ -4,7 +4,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
-#include <fstream>
 #include <functional>
 #include <optional>
 #include <span>
@@ -25,11 +24,17 @@ struct SiteFile {
 /// Told how many bytes of the file at hand have been read; called every now and then.
 using BytesRead = std::function<void(std::size_t)>;
 
+/// The bytes of a file, from its beginning. Throws Failure (environment) when it cannot be opened, and later
+/// when it cannot be read.
+ByteSource fileBytes(const SiteFile& file, BytesRead progress = {});
+
 /// Reads rows and reports the ones that are no rows. After construction the header has been read.
 class Sheet {
   public:
     /// Throws Failure (environment) when the file cannot be opened or read.
     Sheet(const SiteFile& file, ImportProblems& problems, BytesRead progress = {});
+    /// A sheet that comes from elsewhere, under the name that problems show.
+    Sheet(std::string name, ByteSource bytes, ImportProblems& problems);
 
     /// The header's names; empty when there is none, which has been reported then.
     [[nodiscard]] const std::vector<std::string>& header() const { return header_; }
@@ -43,12 +48,8 @@ class Sheet {
     void problem(std::optional<std::size_t> column, std::string reason);
 
   private:
-    std::size_t read(char* buffer, std::size_t size);
-
     std::string name_;
-    std::ifstream stream_;
     ImportProblems& problems_;
-    BytesRead progress_;
     CsvReader reader_;
     std::vector<std::string> header_;
 };

@@ -7,7 +7,6 @@
 #include <stdexcept>
 
 #include "client/import/cells.h"
-#include "client/text/times.h"
 #include "store/error.h"
 #include "store/interval.h"
 #include "store/pid_text.h"
@@ -17,13 +16,6 @@ namespace vtdn::client {
 namespace {
 
 constexpr std::string_view codeSuffix = " mc";
-
-/// What is known of a parameter while its values come in.
-struct Series {
-    store::Pid pid;
-    store::Interval interval;
-    std::optional<store::Time> last;
-};
 
 /// Thrown for a cell; carries the column's place in the header.
 struct CellProblem {
@@ -66,7 +58,7 @@ class ValueFileReader {
         try {
             indexOf_.emplace(p.pid, index);
             series_.resize(index + 1);
-            series_[index] = Series{p.pid, store::Interval::parse(p.interval), std::nullopt};
+            series_[index] = RowTimes{p.pid, store::Interval::parse(p.interval), std::nullopt};
         } catch (const store::Error&) {
             // Reported with the parameter; its values are of no interest.
             indexOf_[p.pid] = none;
@@ -89,16 +81,6 @@ class ValueFileReader {
         return found->second;
     }
 
-    static store::Time timeOf(std::string_view text, std::size_t column) {
-        // The command line takes a T for the blank; files do not.
-        const auto time = text.size() > 10 && text[10] == ' ' ? parseTimestamp(text) : std::nullopt;
-        if (!time)
-            throw CellProblem{
-                column,
-                store::quote(text) + " is no time; times look like 2007-03-25 06:00 or 2007-03-25 06:00:30"};
-        return *time;
-    }
-
     store::MonitorCode codeOf(std::string_view text, std::size_t column) {
         if (text.empty()) return 0;
         // Codes come in long rows of the same one.
@@ -114,27 +96,26 @@ class ValueFileReader {
         return *code;
     }
 
-    static store::Value valueAt(std::string_view text, std::size_t column) {
+    /// What a function makes of a cell, its reasons with the cell's place.
+    template <class Read>
+    static auto at(std::size_t column, Read read) {
         try {
-            return valueOfCell(text);
+            return read();
         } catch (const std::invalid_argument& problem) {
             throw CellProblem{column, problem.what()};
         }
+    }
+    static store::Time timeOf(std::string_view text, std::size_t column) {
+        return at(column, [text] { return timeOfCell(text); });
+    }
+    static store::Value valueAt(std::string_view text, std::size_t column) {
+        return at(column, [text] { return valueOfCell(text); });
     }
 
     void take(std::size_t index, store::Time time, std::size_t timeColumn, store::Value value,
               store::MonitorCode code) {
         if (index == none || (store::kindOf(value) == store::ValueKind::null && code == 0)) return;
-        Series& series = *series_[index];
-        if (!series.interval.beginsAt(time))
-            throw CellProblem{timeColumn, store::timeText(time) + " is not on the " + series.interval.text() +
-                                              " interval of " + store::pidText(series.pid)};
-        if (series.last && *series.last >= time)
-            throw CellProblem{timeColumn, store::timeText(time) + " is not later than " +
-                                              store::timeText(*series.last) + ", which " +
-                                              store::pidText(series.pid) +
-                                              " has a row for already; sort the rows by time"};
-        series.last = time;
+        at(timeColumn, [&] { series_[index]->take(time); });
         sink_.append(index, time, store::Item{std::move(value), code});
         ++count_;
     }
@@ -256,7 +237,7 @@ class ValueFileReader {
     std::set<store::MonitorCode> codes_;
     std::set<store::Pid> notStored_;
     std::map<store::Pid, std::size_t> indexOf_;
-    std::vector<std::optional<Series>> series_;  // by place in the definition; empty for what is not stored
+    std::vector<std::optional<RowTimes>> series_;  // by place in the definition; empty for what is not stored
     std::string lastCodeText_;
     store::MonitorCode lastCode_ = 0;
     std::size_t count_ = 0;

@@ -168,4 +168,8 @@ std::string formatNumber(double value, std::string_view format) {
     return (sign ? "-" : "") + p.before + text + p.after;
 }
 
+std::string counted(std::size_t number, std::string_view thing) {
+    return std::to_string(number) + " " + std::string(thing) + (number == 1 ? "" : "s");
+}
+
 }  // namespace vtdn::client

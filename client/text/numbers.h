@@ -1,6 +1,7 @@
 // Numbers as text, always with a decimal point: what people type, what programs read, what tables show.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -23,5 +24,8 @@ std::string shortestText(double value);
 /// as usual), and sections for negative numbers and zero come after ';'. An empty format, or one without a
 /// digit, gives the shortest text.
 std::string formatNumber(double value, std::string_view format);
+
+/// "1 row", "7 rows".
+std::string counted(std::size_t number, std::string_view thing);
 
 }  // namespace vtdn::client

@@ -1,16 +1,15 @@
 #include "client/verbs/context.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdlib>
 
-#include "client/text/numbers.h"
 #include "store/connection.h"
 #include "store/directory.h"
 #include "store/error.h"
 #include "store/home.h"
 #include "store/parameters.h"
 #include "store/pid_text.h"
-#include "store/schema.h"
 
 namespace vtdn::client {
 
@@ -19,21 +18,6 @@ Format Context::format() const {
     refuseTogether(arguments, ways);
     if (arguments.has("--csv")) return Format::csv;
     return arguments.has("--json") ? Format::json : Format::table;
-}
-
-std::int32_t pidArgument(const std::string& text) {
-    if (const store::Pid pid = store::parsePid(text)) return pid;
-    throw Failure(ExitCode::usage, "\"" + text + "\" is no PID.",
-                  "PIDs look like 5-040-3-00-00 or 504030000, with 0 to 5, 7 or 8 in the middle. `vtdn "
-                  "params list` shows "
-                  "those of a DAHS.");
-}
-
-std::int32_t integerArgument(std::string_view option, const std::string& text, std::int32_t least) {
-    const auto number = parseInteger(text);
-    if (number && *number >= least) return *number;
-    throw Failure(ExitCode::usage, "\"" + text + "\" is not what " + std::string(option) + " takes.",
-                  "It takes a whole number from " + std::to_string(least) + " to 2147483647.");
 }
 
 namespace {
@@ -73,15 +57,27 @@ Binding::Binding(Context& context) : context_(context), dahsId_(chooseDahs(conte
                   "`vtdn site list` shows the sites of this computer, `vtdn doctor` what is wrong with one.");
 }
 
-// The one thing besides making and filling sites that does not go through the component, which has no
-// operation to list parameters with: their numbers come from the configuration database.
+store::Database Binding::database(store::DatabaseKind kind) {
+    const std::string connection =
+        kind == store::DatabaseKind::alarm ? component_.alarmConnection() : component_.configConnection();
+    return store::openDatabase(kind, store::Connection::parse(connection).database);
+}
+
+// The component has no operation that lists all parameters.
 std::vector<std::int32_t> Binding::pids() {
-    const auto connection = store::Connection::parse(component_.configConnection());
-    auto config = store::openDatabase(store::DatabaseKind::config, connection.database);
+    auto config = database(store::DatabaseKind::config);
     const auto parameters = store::ParameterSet::load(config);
     std::vector<std::int32_t> pids;
     for (const auto& [pid, entry] : parameters.entries()) pids.push_back(pid);
     return pids;
+}
+
+std::optional<store::Interval> Binding::interval(std::int32_t pid) {
+    try {
+        return store::Interval::parse(component_.interval(pid));
+    } catch (const store::Error&) {
+        return std::nullopt;
+    }
 }
 
 void Binding::needParameter(std::int32_t pid) {
@@ -92,11 +88,26 @@ void Binding::needParameter(std::int32_t pid) {
            "`vtdn params list` shows those that there are.");
 }
 
-void Binding::report(bool refused) {
-    const auto problems = component_.takeProblems();
+std::vector<std::string> Binding::printProblems() {
+    auto problems = component_.takeProblems();
     for (const std::string& problem : problems) context_.console.error("Problem: " + problem);
-    if (!refused && problems.empty() && context_.arguments.has("--problems"))
+    return problems;
+}
+
+void Binding::report(bool refused) {
+    if (printProblems().empty() && !refused && context_.arguments.has("--problems"))
         context_.console.error("No problems.");
+}
+
+void Binding::needNoRefusal(const std::string& sentence, const std::string& next) {
+    // What the engine merely notes carries no code of the component.
+    constexpr std::string_view code = " (WDN-";
+    const auto problems = printProblems();
+    if (std::any_of(problems.begin(), problems.end(), [&](const std::string& problem) {
+            return problem.ends_with(')') && problem.rfind(code) != std::string::npos;
+        }))
+        throw Failure(ExitCode::refused, sentence, next);
+    if (problems.empty() && context_.arguments.has("--problems")) context_.console.error("No problems.");
 }
 
 void Binding::refuse(const std::string& sentence, const std::string& next) {

@@ -9,6 +9,8 @@
 #include "client/component/component.h"
 #include "client/output/rows.h"
 #include "client/platform/console.h"
+#include "client/verbs/typed_arguments.h"
+#include "store/schema.h"
 
 namespace vtdn::client {
 
@@ -23,11 +25,6 @@ struct Context {
     }
 };
 
-/// The PID that was typed. Throws Failure (usage).
-std::int32_t pidArgument(const std::string& text);
-/// The whole number of an option. Throws Failure (usage).
-std::int32_t integerArgument(std::string_view option, const std::string& text, std::int32_t least);
-
 /// The component, bound to the DAHS that --dahs, VANTOR_DAHS or the directory says.
 class Binding {
   public:
@@ -40,15 +37,25 @@ class Binding {
     /// PIDs of all parameters, ascending.
     std::vector<std::int32_t> pids();
 
+    /// A database of the site, for what the component has no operation to list.
+    store::Database database(store::DatabaseKind kind);
+
     /// Ends the verb when there is no such parameter.
     void needParameter(std::int32_t pid);
+    /// The parameter's own interval; nothing when it has none.
+    std::optional<store::Interval> interval(std::int32_t pid);
 
     /// Prints the problems list when a call was refused, or when --problems asks for it.
     void report(bool refused);
     /// Ends the verb with what the component says about a refused call.
     [[noreturn]] void refuse(const std::string& sentence, const std::string& next);
+    /// report(), and the end of the verb when the list holds a refusal or a trapped failure. For operations
+    /// whose result does not tell one.
+    void needNoRefusal(const std::string& sentence, const std::string& next);
 
   private:
+    std::vector<std::string> printProblems();
+
     Context& context_;
     Component component_;
     std::int32_t dahsId_;
@@ -65,5 +72,17 @@ ExitCode runParamsUses(Context& context);
 ExitCode runRead(Context& context);
 ExitCode runWrite(Context& context);
 ExitCode runProblems(Context& context);
+ExitCode runParamsRelated(Context& context);
+ExitCode runParamsSpecial(Context& context);
+ExitCode runParamsCall(Context& context);
+ExitCode runParamsOptime(Context& context);
+ExitCode runNamesUnits(Context& context);
+ExitCode runNamesMc(Context& context);
+ExitCode runNamesPc(Context& context);
+ExitCode runAlarmWrite(Context& context);
+ExitCode runAlarmList(Context& context);
+
+/// `vtdn write` with --file.
+ExitCode runWriteFile(Context& context);
 
 }  // namespace vtdn::client

@@ -32,11 +32,21 @@ struct Metadata {
           stored(component.isStored(number)) {}
 };
 
+std::string whyNothing(const ParamsSelection& selection, const std::string& wanted) {
+    const bool all = selection.kind == ParamsSelection::Kind::all;
+    if (!wanted.empty())
+        return std::string(all ? "No parameter" : "None of these parameters") + " has \"" + wanted +
+               "\" in its PID, name or units.";
+    return all ? "The site has no parameters; load some with `vtdn site import`."
+               : "No parameter of the site " + inWords(selection) + ".";
+}
+
 }  // namespace
 
 ExitCode runParamsList(Context& context) {
     const auto& operands = context.arguments.operands();
     const std::string wanted = operands.empty() ? std::string() : operands[0];
+    const ParamsSelection selection = paramsSelection(context.arguments);
     Binding binding(context);
     const auto rows = context.rows({{"pid", "PID"},
                                     {"name", "Name"},
@@ -45,7 +55,8 @@ ExitCode runParamsList(Context& context) {
                                     {"format", "Format", Column::Align::right},
                                     {"stored", "Stored"}});
     std::size_t shown = 0;
-    for (const std::int32_t pid : binding.pids()) {
+    const bool all = selection.kind == ParamsSelection::Kind::all;
+    for (const std::int32_t pid : all ? binding.pids() : binding->list(selection)) {
         const Metadata m(binding.component(), pid);
         if (!holds(m.pid, wanted) && !holds(m.name, wanted) && !holds(m.units, wanted)) continue;
         rows->row(
@@ -53,10 +64,7 @@ ExitCode runParamsList(Context& context) {
         ++shown;
     }
     rows->finish();
-    if (shown == 0)
-        context.console.error(wanted.empty()
-                                  ? "The site has no parameters; load some with `vtdn site import`."
-                                  : "No parameter has \"" + wanted + "\" in its PID, name or units.");
+    if (shown == 0) context.console.error(whyNothing(selection, wanted));
     binding.report(false);
     return ExitCode::done;
 }
@@ -100,19 +108,35 @@ ExitCode runParamsUses(Context& context) {
                        "It does for parameters of time type 3 (the digit in the middle of the PID).");
     const auto rows = context.rows({{"pid", "PID"}, {"name", "Name"}, {"kind", "Kind"}});
     std::size_t shown = 0;
-    const auto list = [&](const std::string& pids, const char* kind) {
-        for (std::size_t start = 0; start < pids.size();) {
-            const std::size_t end = std::min(pids.find(';', start), pids.size());
-            const std::int32_t number = store::parsePid(pids.substr(start, end - start));
+    const auto list = [&](const std::vector<std::int32_t>& pids, const char* kind) {
+        for (const std::int32_t number : pids) {
             rows->row({store::pidText(number), binding->name(number), kind});
             ++shown;
-            start = end + 1;
         }
     };
     list(used->stored, "stored");
     list(used->constant, "constant");
     rows->finish();
     if (shown == 0) context.console.error(store::pidText(pid) + " is computed from no other parameter.");
+    binding.report(false);
+    return ExitCode::done;
+}
+
+ExitCode runParamsRelated(Context& context) {
+    const std::int32_t pid = pidArgument(context.arguments.operands()[0]);
+    Binding binding(context);
+    auto document = binding->relationship(pid);
+    if (!document)
+        binding.refuse("The component does not say what " + store::pidText(pid) + " is related to.",
+                       "`vtdn params list --related` shows the parameters that are.");
+    // Lines end here as in everything else that is printed.
+    std::erase(*document, '\r');
+    if (document->empty())
+        context.console.error(store::pidText(pid) +
+                              " has none: it is related to no other parameter. `vtdn params list --related` "
+                              "shows those that are.");
+    else
+        context.console.out(*document + (document->ends_with('\n') ? "" : "\n"));
     binding.report(false);
     return ExitCode::done;
 }

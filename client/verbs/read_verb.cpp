@@ -8,7 +8,6 @@
 #include "client/text/times.h"
 #include "client/verbs/context.h"
 #include "store/database.h"
-#include "store/error.h"
 #include "store/pid_text.h"
 
 namespace vtdn::client {
@@ -48,15 +47,12 @@ std::vector<Subject> subjectsOf(const Context& context, Binding& binding) {
 }
 
 store::Interval ownInterval(Binding& binding, const Subject& subject) {
+    if (const auto interval = binding.interval(subject.pid)) return *interval;
     const std::string text = binding->interval(subject.pid);
-    try {
-        return store::Interval::parse(text);
-    } catch (const store::Error&) {
-        throw Failure(
-            ExitCode::usage,
-            subject.text + " has no interval of its own" + (text.empty() ? "." : " (\"" + text + "\")."),
-            "Say one, for example --interval 1h.");
-    }
+    throw Failure(
+        ExitCode::usage,
+        subject.text + " has no interval of its own" + (text.empty() ? "." : " (\"" + text + "\")."),
+        "Say one, for example --interval 1h.");
 }
 
 Cell valueCell(const Reading& reading, const std::string& format) {

@@ -1,4 +1,5 @@
 #include "client/site/sites.h"
+#include "client/text/numbers.h"
 #include "client/verbs/context.h"
 #include "store/error.h"
 #include "store/home.h"
@@ -6,10 +7,6 @@
 namespace vtdn::client {
 
 namespace {
-
-std::string count(std::size_t number, const std::string& thing) {
-    return std::to_string(number) + " " + thing + (number == 1 ? "" : "s");
-}
 
 std::string nameOf(const store::Dahs& dahs) {
     return "DAHS " + std::to_string(dahs.id) + " (" + dahs.site_id + ")";
@@ -51,14 +48,14 @@ ExitCode runSiteImport(Context& context) {
     for (const ImportProblem& problem : result.problems) context.console.error(problem.text());
     if (!result.problems.empty())
         throw Failure(ExitCode::refused,
-                      count(result.problems.size(), "problem") +
+                      counted(result.problems.size(), "problem") +
                           (result.moreProblems ? ", and reading ended there" : "") + ". Nothing was " +
                           (request.checkOnly ? "going to be loaded." : "loaded."),
                       "Mend the rows and try again. docs/site-files.md describes the files; --check looks "
                       "without loading.");
-    const std::string what = count(result.parameters, "parameter") + ", " +
-                             count(result.monitorCodes, "monitor code") + ", " +
-                             count(result.values, "value") + ".\n";
+    const std::string what = counted(result.parameters, "parameter") + ", " +
+                             counted(result.monitorCodes, "monitor code") + ", " +
+                             counted(result.values, "value") + ".\n";
     if (request.checkOnly)
         context.console.out("All in order: " + what);
     else

@@ -41,6 +41,10 @@ Request requestOf(const Arguments& arguments) {
     refuseTogether(arguments, values);
     Request request;
     request.pid = pidArgument(arguments.operands()[0]);
+    if (arguments.operands().size() < 2)
+        throw usage(
+            "`vtdn write` needs TIME: the beginning of the interval.",
+            "It is typed as \"2007-01-08 13:00\". A run of intervals comes from a file: --file FILE.");
     request.time = timeArgument("TIME", arguments.operands()[1]);
     if (const auto text = arguments.value("--value")) request.value = numberArgument(*text);
     if (const auto text = arguments.value("--text")) request.value = *text;
@@ -90,6 +94,10 @@ void addReading(Json& json, std::string_view name, const std::optional<Reading>&
 }  // namespace
 
 ExitCode runWrite(Context& context) {
+    if (context.arguments.has("--file")) return runWriteFile(context);
+    for (const std::string_view option : {"--limit", "--progress"})
+        if (context.arguments.has(option))
+            throw usage(std::string(option) + " is about a file.", "Give it with --file FILE.");
     const Request request = requestOf(context.arguments);
     Binding binding(context);
     const std::string pid = store::pidText(request.pid);
