@@ -54,17 +54,24 @@ ExitCode runNamesUnits(Context& context) {
                      "No unit of the site has a name.");
 }
 
+namespace {
+
+/// Codes have long names that are sentences: they are shown when asked for.
+ExitCode listCodes(Context& context, NameList shortNames, NameList longNames, const std::string& whenNone) {
+    std::vector<NameColumn> columns{{{"short_name", "Short name"}, shortNames}};
+    if (context.arguments.has("--long")) columns.push_back({{"long_name", "Long name"}, longNames});
+    return listNames(context, {"code", "Code", Column::Align::right}, columns, whenNone);
+}
+
+}  // namespace
+
 ExitCode runNamesMc(Context& context) {
-    return listNames(context, {"code", "Code", Column::Align::right},
-                     {{{"short_name", "Short name"}, NameList::shortMonitorCodes},
-                      {{"long_name", "Long name"}, NameList::longMonitorCodes}},
+    return listCodes(context, NameList::shortMonitorCodes, NameList::longMonitorCodes,
                      "The site has no monitor codes.");
 }
 
 ExitCode runNamesPc(Context& context) {
-    return listNames(context, {"code", "Code", Column::Align::right},
-                     {{{"short_name", "Short name"}, NameList::shortParameterCodes},
-                      {{"long_name", "Long name"}, NameList::longParameterCodes}},
+    return listCodes(context, NameList::shortParameterCodes, NameList::longParameterCodes,
                      "The site has no parameter codes.");
 }
 

@@ -60,10 +60,15 @@ void needWritable(Binding& binding, std::int32_t pid) {
                    "The problem above says why. `vtdn params list` shows which parameters are stored.");
 }
 
-RunFile readFile(const Context& context, Binding& binding, std::int32_t pid,
-                 const store::Interval& interval) {
+std::size_t limitOf(const Arguments& arguments) {
+    constexpr std::size_t usual = 20;
+    const auto text = arguments.value("--limit");
+    return text ? static_cast<std::size_t>(integerArgument("--limit", *text, 1)) : usual;
+}
+
+RunFile readFile(const Context& context, Binding& binding, std::int32_t pid, const store::Interval& interval,
+                 std::size_t limit) {
     const std::string file = *context.arguments.value("--file");
-    const auto limit = context.arguments.value("--limit");
     const auto codes = knownCodes(binding.component());
     RunFileRequest request{file == "-" ? "standard input" : file,
                            {},
@@ -74,7 +79,7 @@ RunFile readFile(const Context& context, Binding& binding, std::int32_t pid,
                                return index < codes.size() && codes[index];
                            },
                            readsAsNumber,
-                           limit ? static_cast<std::size_t>(integerArgument("--limit", *limit, 1)) : 20};
+                           limit};
     Progress progress(context.console, "Checking", context.arguments.has("--progress"));
     if (file == "-") {
         request.bytes = standardInput();
@@ -141,6 +146,7 @@ void writeRuns(Context& context, Binding& binding, std::int32_t pid, const store
 ExitCode runWriteFile(Context& context) {
     refuseOneInterval(context.arguments);
     const std::int32_t pid = pidArgument(context.arguments.operands()[0]);
+    const std::size_t limit = limitOf(context.arguments);
     const std::string name = store::pidText(pid);
     Binding binding(context);
     needWritable(binding, pid);
@@ -148,7 +154,7 @@ ExitCode runWriteFile(Context& context) {
     if (!interval)
         throw Failure(ExitCode::refused, name + " has no interval that a run could have.",
                       "`vtdn params show " + name + "` shows it.");
-    const RunFile file = readFile(context, binding, pid, *interval);
+    const RunFile file = readFile(context, binding, pid, *interval, limit);
     for (const ImportProblem& problem : file.problems) context.console.error(problem.text());
     if (!file.problems.empty())
         throw Failure(ExitCode::refused,

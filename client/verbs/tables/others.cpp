@@ -5,6 +5,7 @@ namespace vtdn::client {
 
 namespace {
 
+constexpr OptionSpec longNames{"--long", "", "Also the long names, which can be long indeed.", "--long"};
 constexpr OptionSpec all{"--all", "", "Also numbers that have no name.", "--all"};
 
 VerbSpec namesUnits() {
@@ -26,12 +27,12 @@ VerbSpec namesMc() {
 
 VerbSpec namesPc() {
     return {"names pc",
-            "Lists the parameter codes with their short and their long names.",
+            "Lists the parameter codes with their names.",
             {},
-            withCommon({all, csv, json}),
+            withCommon({longNames, all, csv, json}),
             {},
             {{"vtdn names pc", "All codes that have a name."},
-             {"vtdn names pc --csv > codes.csv", "For a spreadsheet."}}};
+             {"vtdn names pc --long --csv > codes.csv", "For a spreadsheet."}}};
 }
 
 VerbSpec alarmWrite() {

@@ -79,8 +79,8 @@ VerbSpec paramsSpecial() {
         {"docs/engine.md lists the numbers that mean something to the embedded engine. Text is as the "
          "component gives it: a number in it is written by the settings of this computer. When the "
          "component reports a failure, nothing is printed on standard output and the exit code is 1."},
-        {{"vtdn params special 5-040-3-00-00 -22", "The program that the parameter is measured for."},
-         {"vtdn params special 5-040-3-00-00 -25 --as boolean", "Whether calibration lists leave it out."}}};
+        {{"vtdn params special 5-110-1-00-01 -22", "The program that the parameter is measured for."},
+         {"vtdn params special 5-110-1-00-01 -25 --as boolean", "Whether calibration lists leave it out."}}};
 }
 
 VerbSpec paramsCall() {

@@ -45,7 +45,12 @@ TEST(Command, OptionsTakeTheirValueAsTheNextWordOrBehindAnEqualsSign) {
 TEST(Command, ANegativeNumberIsNoOption) {
     const Command command = parse({"write", "5-040-3-00-00", "2007-01-15", "--value", "-12.5"});
     EXPECT_EQ(command.arguments.value("--value"), "-12.5");
+    EXPECT_EQ(parse({"params", "special", "5-040-3-00-00", "-22"}).arguments.operands()[1], "-22");
     EXPECT_EQ(parse({"params", "list", "-.5"}).arguments.operands(), std::vector<std::string>{"-.5"});
+}
+
+TEST(Command, OneHyphenIsAValue) {
+    EXPECT_EQ(parse({"write", "5-040-3-00-00", "--file", "-"}).arguments.value("--file"), "-");
 }
 
 TEST(Command, TwoHyphensEndTheOptions) {
@@ -84,8 +89,11 @@ TEST(Command, AnUnknownOptionIsAnsweredWithTheNearestOne) {
 
 TEST(Command, WhatIsMissingOrTooMuchIsNamed) {
     EXPECT_NE(std::string(failureOf({"read"}).what()).find("needs PID"), std::string::npos);
-    EXPECT_NE(std::string(failureOf({"write", "5-040-3-00-00"}).what()).find("needs TIME"),
+    EXPECT_NE(std::string(failureOf({"params", "special", "5-040-3-00-00"}).what()).find("needs ID"),
               std::string::npos);
+    EXPECT_NE(
+        std::string(failureOf({"params", "optime", "5-040-3-00-00", "2007-01-15"}).what()).find("needs TO"),
+        std::string::npos);
     EXPECT_NE(
         std::string(failureOf({"write", "5-040-3-00-00", "2007-01-15", "13:00"}).what()).find("\"13:00\""),
         std::string::npos);
@@ -114,6 +122,18 @@ TEST(Help, EveryOptionHasAnExplanationAndAnExample) {
     }
 }
 
+TEST(Help, EveryVerbIsListedInTheOverviewAndInItsGroup) {
+    const std::string overview = overviewText(verbTable());
+    for (const VerbSpec& verb : verbTable()) {
+        const std::string line = "  " + std::string(verb.name) + " ";
+        EXPECT_NE(overview.find(line), std::string::npos) << verb.name;
+        const auto blank = verb.name.find(' ');
+        if (blank == std::string_view::npos) continue;
+        EXPECT_NE(groupText(verbTable(), verb.name.substr(0, blank)).find(line), std::string::npos)
+            << verb.name;
+    }
+}
+
 TEST(Help, ItsExamplesAreAcceptedByTheParser) {
     for (const VerbSpec& verb : verbTable())
         for (const Example& example : verb.examples) {
@@ -137,7 +157,9 @@ TEST(Help, ItsExamplesAreAcceptedByTheParser) {
 }
 
 TEST(Help, NoLineIsWiderThanThePage) {
-    std::string all = overviewText(verbTable(), 80) + groupText(verbTable(), "site", 80);
+    std::string all = overviewText(verbTable(), 80);
+    for (const std::string_view group : {"site", "params", "names", "alarm"})
+        all += groupText(verbTable(), group, 80);
     for (const VerbSpec& verb : verbTable()) all += helpText(verb, 80);
     for (std::size_t start = 0; start < all.size();) {
         const std::size_t end = all.find('\n', start);

@@ -3,56 +3,14 @@
 import csv
 import json
 import os
-import pathlib
 import shutil
-import subprocess
 import sys
 import xml.dom.minidom
 
-BUILD = pathlib.Path(os.environ["VTDN_BUILD"])
-SOURCE = pathlib.Path(os.environ["VTDN_SOURCE"])
-RUN = os.environ["VTDN_RUN"]
-WORK = BUILD / "system" / "vtdn"
-HOME = WORK / "home"
-SO2 = "5-040-3-00-00"
-NOX = "5-050-3-00-00"
-
-DONE, REFUSED, USAGE, ENVIRONMENT = 0, 1, 2, 3
-
-passed, failures = 0, []
-
-
-def windows(path):
-    return "Z:" + str(path).replace("/", "\\")
-
-
-def run(*words, stdin="", **environment):
-    env = {**os.environ, "VANTOR_HOME": windows(HOME), **environment}
-    command = [RUN, str(BUILD / "bin" / "vtdn.exe"), *words]
-    done = subprocess.run(command, capture_output=True, input=stdin.encode("utf-8"), env=env, cwd=WORK, timeout=300)
-    return done.returncode, done.stdout.decode("utf-8"), done.stderr.decode("utf-8")
-
-
-def expect(name, condition, seen):
-    global passed
-    if condition:
-        passed += 1
-    else:
-        failures.append(name)
-        print(f"FAILED {name}\n{seen}")
-
-
-def check(name, words, code, *, out=(), err=(), **more):
-    """Runs a command and looks for texts in what it printed; returns its standard output."""
-    seen = run(*words, **more)
-    good = seen[0] == code and all(text in seen[1] for text in out) and all(text in seen[2] for text in err)
-    expect(name, good, f"  vtdn {words}\n  exit code {seen[0]}\n  out: {seen[1]}\n  err: {seen[2]}")
-    return seen[1]
-
-
-def register(*options):
-    for library in ("VTWrapDN.dll", "VTEngine.dll"):
-        subprocess.run([RUN, "regsvr32", *options, "/s", windows(BUILD / "bin" / library)], check=True, timeout=120)
+import access_tests
+import alarm_tests
+import run_file_tests
+from harness import DONE, ENVIRONMENT, HOME, NOX, REFUSED, SO2, SOURCE, USAGE, WORK, check, expect, finish, register, windows
 
 
 def write_site(folder, rows, parameters="1-030-3-00-00,Heat,1h,38\n"):
@@ -70,6 +28,8 @@ def test_help():
     check("nothing typed is answered with the overview", [], USAGE, err=["Usage"])
     check("an unknown verb gets the nearest one", ["raed"], USAGE, err=['Did you mean "read"?'])
     check("an unknown option gets the nearest one", ["read", SO2, "--form", "x"], USAGE, err=['"--from"'])
+    for group in ("params", "names", "alarm"):
+        check(f"the verbs about {group} are listed", [group, "--help"], DONE, out=[f"vtdn {group} VERB"])
     check("a time without quotation marks is explained", ["write", SO2, "2007-01-08", "13:00"], USAGE, err=["quotation marks"])
 
 
@@ -172,6 +132,7 @@ def test_write():
           err=["5-041-3-02-00 is not a DBDataIO parameter (WDN-005)"])
     check("an unknown parameter is refused", ["write", "9-999-3-00-00", hour, "--value", "1.5"], REFUSED, err=["(WDN-006)"])
     check("a refused write changed nothing", ["read", SO2, "--at", hour, "--csv"], DONE, out=[f"{hour},,9"])
+    check("a write needs a time", ["write", SO2, "--value", "1"], USAGE, err=["needs TIME"])
     check("nothing to write is a matter of usage", ["write", SO2, hour], USAGE, err=["What is to be written?"])
     check("two values are a matter of usage", ["write", SO2, hour, "--value", "1", "--null"], USAGE, err=["do not go together"])
     check("a number is a number", ["write", SO2, hour, "--value", "12,5"], USAGE, err=["decimal point"])
@@ -213,10 +174,10 @@ def main():
     test_sites()
     test_bad_import()
     os.environ["VANTOR_DAHS"] = "1"
-    for test in (test_params, test_read, test_written_csv_can_be_imported, test_write, test_problems, test_removal, test_doctor_on_damage):
+    for test in (test_params, test_read, test_written_csv_can_be_imported, *access_tests.TESTS, *alarm_tests.TESTS, test_write,
+                 *run_file_tests.TESTS, test_problems, test_removal, test_doctor_on_damage):
         test()
-    print(f"{passed} passed, {len(failures)} failed")
-    return 1 if failures else 0
+    return finish()
 
 
 sys.exit(main())
