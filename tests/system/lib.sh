@@ -34,3 +34,11 @@ add_up() {
     tr -d '\r' <"$1" | awk '/^[0-9]+ passed, [0-9]+ failed$/ { p += $1; f += $3 }
                             END { printf "%d passed, %d failed\n", p, f; exit f > 0 }'
 }
+
+# expect_alarms LINES: the alarm log of the first demo site, newest first, is this.
+expect_alarms() {
+    diff - <("$VTDN_RUN" "$VTDN_BUILD/bin/vtdn.exe" alarm list --dahs 1 --csv | tr -d '\r') <<EOF
+time,severity,category,group,source,message
+$1
+EOF
+}

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# The component from the common language runtime: compiles the sample and the tests against the C# declarations
-# of the repository and runs both.
+# The component from the common language runtime: compiles the samples and the tests against the C# declarations
+# of the repository and runs them.
 . "$(dirname "${BASH_SOURCE[0]}")/../lib.sh"
 
 sdk=$(windows_path "$VTDN_DOTNET")
@@ -33,10 +33,17 @@ execute() {
 
 declarations=$VTDN_SOURCE/samples/csharp/VTWrapperDN.cs
 compile ReadAMonth "$VTDN_SOURCE/samples/csharp/ReadAMonth.cs" "$declarations"
+compile WriteADay "$VTDN_SOURCE/samples/csharp/WriteADay.cs" "$declarations"
 compile SystemTests "$VTDN_SOURCE"/tests/system/csharp/*.cs "$declarations"
 prepare_demo
 expect '^SO2 mass of Barry (ORIS 3).*: 736 of 744 hours have a value, 5254710.5 lb in all' execute ReadAMonth
+expect '^1440 minutes written to 511010001' execute WriteADay
 log=$out/tests.log
-execute SystemTests "$(windows_path "$VTDN_BUILD/bin/VTWrapDN.dll")" "$(windows_path "$VTDN_SOURCE/data/demo")" | tee "$log"
+echo "2 passed, 0 failed" >"$log"
+execute SystemTests "$(windows_path "$VTDN_BUILD/bin/VTWrapDN.dll")" "$(windows_path "$VTDN_SOURCE/data/demo")" | tee -a "$log"
 execute SystemTests | tee -a "$log"
+expect_alarms "2008-08-01 00:00,1,Test,Group,C#,late
+2008-02-29 13:00,0,,,,
+$(for severity in 4 3 2 1 0; do echo "2008-02-29 12:0$severity,$severity,Test,Group,C#,Opacity € $severity"; done)"
+echo "1 passed, 0 failed" >>"$log"
 add_up "$log"

@@ -6,7 +6,6 @@ here=$VTDN_SOURCE/tests/system/vbscript
 out=$VTDN_BUILD/system/vbscript
 log=$out/tests.log
 mkdir -p "$out"
-: >"$log"
 
 host() { "$VTDN_RUN" cscript //nologo "$(windows_path "$1")"; }
 
@@ -19,8 +18,12 @@ with_checks() {
 prepare_demo
 expect '^SO2 mass of Barry (ORIS 3).*: 736 of 744 hours have a value, 5254710.5 lb in all' \
     host "$VTDN_SOURCE/samples/vbscript/read_a_month.vbs"
+expect '^1440 minutes written to 511010001' host "$VTDN_SOURCE/samples/vbscript/write_a_day.vbs"
+echo "2 passed, 0 failed" >"$log"
 with_checks clients.vbs
 with_checks members.vbs
 with_checks again.vbs
 host "$here/names.js" | tee -a "$log"
+expect_alarms "2008-05-01 00:00,2,Test,Group,VBScript,Written by a script"
+echo "1 passed, 0 failed" >>"$log"
 add_up "$log"
