@@ -2,6 +2,7 @@
 
 using System;
 using System.Globalization;
+using System.Linq;
 using System.Text;
 using VTWrapperDN;
 
@@ -24,30 +25,36 @@ internal static class MinuteYear
     /// <summary>Compares the year as three kinds of arrays with what was written, value by value and code by code.</summary>
     public static void Check(_DIWrapper wrapper)
     {
+        string[] written = Enumerable.Range(0, Minutes).Select(Text).ToArray();
+        float?[] numbers = written.Select(Number).ToArray();
+        int[] writtenCodes = Enumerable.Range(0, Minutes).Select(Code).ToArray();
+        void Compare(string kind, Func<int, bool> same, Func<int, object> read, int[] readCodes)
+        {
+            for (int i = 0; i < Minutes; i++)
+                if (!same(i) || readCodes[i] != writtenCodes[i])
+                    throw new Exception(string.Format("minute {0} as {1}: wrote <{2}> with code {3}, read <{4}> with code {5}", i, kind,
+                                                      written[i], writtenCodes[i], read(i), readCodes[i]));
+        }
+
         var codes = new int[Minutes];
         var flagged = new bool[Minutes];
         var singles = new float[Minutes];
         Tally.True(wrapper.Param_GetDataArray_Single(Demo.So2Analyzer, Start, Minutes, "m", 1, ref singles, ref codes, ref flagged), "singles refused");
-        for (int i = 0; i < Minutes; i++)
-        {
-            float? number = Number(Text(i));
-            if (singles[i] != (number ?? 0) || flagged[i] != (number == null) || codes[i] != Code(i)) Differs("single", i, singles[i], codes[i], flagged[i]);
-        }
+        Compare("single", i => singles[i] == (numbers[i] ?? 0) && flagged[i] == (numbers[i] == null), i => singles[i], codes);
 
         var integers = new int[Minutes];
         Tally.True(wrapper.Param_GetDataArray_Integer(Demo.So2Analyzer, Start, Minutes, "m", 1, ref integers, ref codes, ref flagged), "integers refused");
-        for (int i = 0; i < Minutes; i++)
+        bool SameInteger(int i)
         {
-            float? number = Number(Text(i));
-            double rounded = Math.Round(number ?? double.NaN, MidpointRounding.ToEven);
+            double rounded = Math.Round(numbers[i] ?? double.NaN, MidpointRounding.ToEven);
             bool fits = rounded >= short.MinValue && rounded <= short.MaxValue;
-            if (integers[i] != (fits ? (int)rounded : 0) || flagged[i] == fits || codes[i] != Code(i)) Differs("integer", i, integers[i], codes[i], flagged[i]);
+            return integers[i] == (fits ? (int)rounded : 0) && flagged[i] != fits;
         }
+        Compare("integer", SameInteger, i => integers[i], codes);
 
         var texts = new string[Minutes];
         Tally.True(wrapper.Param_GetDataArray_String(Demo.So2Analyzer, Start, Minutes, "m", 1, ref texts, ref codes), "texts refused");
-        for (int i = 0; i < Minutes; i++)
-            if ((texts[i] ?? "") != (Number(Text(i))?.ToString() ?? Text(i)) || codes[i] != Code(i)) Differs("text", i, texts[i], codes[i], false);
+        Compare("text", i => (texts[i] ?? "") == (numbers[i]?.ToString() ?? written[i]), i => texts[i], codes);
     }
 
     private static void Request(_DIWrapper wrapper, int round, Func<int, int> flag)
@@ -57,26 +64,22 @@ internal static class MinuteYear
         var flags = new int[Minutes];
         for (int i = 0; i < Minutes; i++)
         {
-            values.Append(i == 0 ? "" : "\t").Append(Text(i, round));
-            codes[i] = Code(i, round);
+            values.Append(i == 0 ? "" : "\t").Append(TextIn(round, i));
+            codes[i] = CodeIn(round, i);
             flags[i] = flag(i);
         }
         bool written = wrapper.Param_WriteValues(Demo.So2Analyzer, Start, Minutes, "m", 1, values.ToString(), ref codes, ref flags);
         Tally.True(written, "not written: " + wrapper.GetAndClearProblemsList());
     }
 
-    private static void Differs(string kind, int i, object value, int code, bool flagged) =>
-        throw new Exception(string.Format("minute {0} as {1}: wrote <{2}> with code {3}, read <{4}> with code {5}{6}", i, kind, Text(i), Code(i), value,
-                                          code, flagged ? ", flagged" : ""));
-
     // The mask of the second request: all five kinds of flags side by side, and for some hours one flag throughout.
     private static int Flag(int i) => i / 60 % 4 == 0 ? i / 240 % 5 : i % 5;
 
-    private static string Text(int i) => Text(i, Flag(i) == ValueOnly || Flag(i) == Both ? 1 : 0);
-    private static int Code(int i) => Code(i, Flag(i) == CodeOnly || Flag(i) == Both ? 1 : 0);
+    private static string Text(int i) => TextIn(Flag(i) == ValueOnly || Flag(i) == Both ? 1 : 0, i);
+    private static int Code(int i) => CodeIn(Flag(i) == CodeOnly || Flag(i) == Both ? 1 : 0, i);
 
     // Days of numbers, a day in ten without values and one of texts; in the other days all of it mixed.
-    private static string Text(int i, int round)
+    private static string TextIn(int round, int i)
     {
         i += round * 7;
         switch (i / 1440 % 10)
@@ -100,7 +103,7 @@ internal static class MinuteYear
         }
     }
 
-    private static int Code(int i, int round)
+    private static int CodeIn(int round, int i)
     {
         i += round * 7;
         return i % 1009 == 0 ? int.MinValue + i : i / 45 % 200; // known or not: codes of a run are not looked at
