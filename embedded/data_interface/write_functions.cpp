@@ -44,12 +44,20 @@ std::uint8_t maskIn(const store::Value& value, std::int32_t at) {
     refuseMask(at, DISP_E_OVERFLOW, L"another number");
 }
 
-std::vector<std::uint8_t> masksIn(const DataArray& array) {
+std::vector<store::WriteParts> maskIn(DataArray& array) {
     const std::int32_t count = array.span().count;
-    std::vector<std::uint8_t> masks(static_cast<std::size_t>(count));
-    for (std::int32_t at = 0; at < count; ++at)
-        masks[static_cast<std::size_t>(at)] = maskIn(array.value(at), at);
-    return masks;
+    std::vector<store::WriteParts> mask(static_cast<std::size_t>(count));
+    for (std::int32_t at = 0; at < count;) {
+        DIDataRun stretch{};
+        com::check(array.GetRun(at + 1, &stretch));
+        const auto* numbers = stretch.type == VT_I4 ? static_cast<const LONG*>(stretch.values) : nullptr;
+        for (LONG i = 0; i < stretch.count; ++i, ++at) {
+            const bool plain = numbers && numbers[i] >= 0 && numbers[i] <= 3;
+            mask[static_cast<std::size_t>(at)] =
+                plain ? static_cast<store::WriteParts>(numbers[i]) : partsIn(array.value(at), at);
+        }
+    }
+    return mask;
 }
 
 // Shows a data array and its mask to the store.

@@ -279,15 +279,20 @@ TEST_F(EngineFill, AnArrayThatWasReadCanBeChanged) {
 }
 
 TEST_F(EngineFill, WhatBlockAccessShowsCanBeSetElsewhereInTheSameArray) {
-    for (int h = 0; h < 4; ++h) write(hourPid, hour(h), com::Variant::of(0.5F + static_cast<float>(h)), h);
+    for (int h = 0; h < 4; ++h) write(hourPid, hour(h), com::Variant::of(0.5F + static_cast<float>(h)), 7);
     const auto data = readRun(hourPid, hour(0), 4, L"h", 1);
-    for (int round = 0; round < 2; ++round) {
+    const auto copyThreeToTheSecond = [&] {
         DIDataRun run{};
         ASSERT_TRUE(data.runs().next(1, run));
+        ASSERT_EQ(run.count, 4);
         run.count = 3;
         data.blocks().set(2, run);
-    }
-    EXPECT_EQ(itemsOf(data, 4), (std::vector<store::Item>{{0.5F, 0}, {0.5F, 0}, {0.5F, 0}, {1.5F, 1}}));
+    };
+    copyThreeToTheSecond();
+    EXPECT_EQ(itemsOf(data, 4), (std::vector<store::Item>{{0.5F, 7}, {0.5F, 7}, {1.5F, 7}, {2.5F, 7}}));
+    data.setItem(1, com::Variant::of(9.5F), 9);
+    copyThreeToTheSecond();
+    EXPECT_EQ(itemsOf(data, 4), (std::vector<store::Item>{{9.5F, 9}, {9.5F, 9}, {0.5F, 7}, {1.5F, 7}}));
 }
 
 TEST_F(EngineFill, AReadOverAFilledArrayShowsWhatIsStored) {

@@ -13,6 +13,20 @@ using namespace std::string_literals;
 constexpr LONG yearOfMinutes = 525'600;
 constexpr DATE newYear = 39083.0;  // 1 January 2007
 
+/// Time that this process has had of the processor.
+double processorNanoseconds() {
+    FILETIME created{};
+    FILETIME ended{};
+    FILETIME kernel{};
+    FILETIME user{};
+    GetProcessTimes(GetCurrentProcess(), &created, &ended, &kernel, &user);
+    const auto ticks = [](const FILETIME& time) {
+        return static_cast<double>(time.dwHighDateTime) * 4294967296.0 +
+               static_cast<double>(time.dwLowDateTime);
+    };
+    return (ticks(kernel) + ticks(user)) * 100;
+}
+
 class EngineMaskedRun : public OnSpecialFunctions {
   protected:
     [[nodiscard]] static engine::DataArray defined(LONG count, DATE start = hour(0),
@@ -105,16 +119,16 @@ TEST_F(EngineMaskedRun, AMaskMayBeOfAnyKindOfNumber) {
 TEST_F(EngineMaskedRun, ADataArrayThatWasReadIsCopiedToAnotherParameter) {
     configure([](store::Load& load) {
         auto all = store::test::demoParameters();
-        all.push_back(store::test::stored(504060000, "1h"));
+        all.push_back(store::test::stored(504070000, "1h"));
         load.replaceParameters(all);
     });
     store(hourPid, fiveHours(), masked({3, 3, 3, 3, 3}));
     const auto data = readRun(hourPid, hour(0), 5, L"h", 1);
-    store(504060000, data, masked({3, 3, 3, 3, 3}));
+    store(504070000, data, masked({3, 3, 3, 3, 3}));
     store::Site site(connections(), "DEMO");
     const std::vector<store::Item> expected = stored(5);
     for (int h = 0; h < 5; ++h)
-        EXPECT_EQ(site.read(504060000, store::timeOf({2007, 3, 25, h, 0, 0})),
+        EXPECT_EQ(site.read(504070000, store::timeOf({2007, 3, 25, h, 0, 0})),
                   expected[static_cast<std::size_t>(h)]);
 }
 
@@ -311,9 +325,11 @@ TEST_F(EngineMaskedRun, AYearOfMinutesIsStoredQuicklyAndInLittleMemory) {
         codes[i] = static_cast<LONG>(i / 60 % 3);
     }
     double best = 1e9;
+    double bestOfProcessor = 1e9;
     for (int round = 0; round < 3; ++round) {
         for (float& value : values) value += 1;
         const auto start = std::chrono::steady_clock::now();
+        const double processor = processorNanoseconds();
         const auto data = defined(yearOfMinutes, newYear, L"m");
         const auto mask = defined(yearOfMinutes, newYear, L"m");
         mask.fill(com::Variant::of(LONG{0}), 0);
@@ -322,11 +338,11 @@ TEST_F(EngineMaskedRun, AYearOfMinutesIsStoredQuicklyAndInLittleMemory) {
         store(minutePid, data, mask);
         const std::chrono::duration<double, std::nano> took = std::chrono::steady_clock::now() - start;
         best = std::min(best, took.count() / yearOfMinutes);
+        bestOfProcessor = std::min(bestOfProcessor, (processorNanoseconds() - processor) / yearOfMinutes);
     }
-    RecordProperty("ns_per_value", static_cast<int>(best));
-    std::cout << "    " << best << " ns per value\n";
-    // Several times what an idle machine needs.
-    EXPECT_LT(best, 1000);
+    std::cout << "    " << best << " ns per value, " << bestOfProcessor << " of the processor\n";
+    // Several times what it takes, since other programs share the machine.
+    EXPECT_LT(bestOfProcessor, 400);
 }
 
 }  // namespace vtdn::embedded::test
