@@ -325,11 +325,11 @@ TEST_F(EngineMaskedRun, AYearOfMinutesIsStoredQuicklyAndInLittleMemory) {
         codes[i] = static_cast<LONG>(i / 60 % 3);
     }
     double best = 1e9;
-    double bestOfProcessor = 1e9;
-    for (int round = 0; round < 3; ++round) {
+    constexpr int rounds = 5;
+    const double processor = processorNanoseconds();
+    for (int round = 0; round < rounds; ++round) {
         for (float& value : values) value += 1;
         const auto start = std::chrono::steady_clock::now();
-        const double processor = processorNanoseconds();
         const auto data = defined(yearOfMinutes, newYear, L"m");
         const auto mask = defined(yearOfMinutes, newYear, L"m");
         mask.fill(com::Variant::of(LONG{0}), 0);
@@ -338,11 +338,11 @@ TEST_F(EngineMaskedRun, AYearOfMinutesIsStoredQuicklyAndInLittleMemory) {
         store(minutePid, data, mask);
         const std::chrono::duration<double, std::nano> took = std::chrono::steady_clock::now() - start;
         best = std::min(best, took.count() / yearOfMinutes);
-        bestOfProcessor = std::min(bestOfProcessor, (processorNanoseconds() - processor) / yearOfMinutes);
     }
-    std::cout << "    " << best << " ns per value, " << bestOfProcessor << " of the processor\n";
+    const double ofProcessor = (processorNanoseconds() - processor) / rounds / yearOfMinutes;
+    std::cout << "    " << best << " ns per value, " << ofProcessor << " of the processor\n";
     // Several times what it takes, since other programs share the machine.
-    EXPECT_LT(bestOfProcessor, 400);
+    EXPECT_LT(ofProcessor, 400);
 }
 
 }  // namespace vtdn::embedded::test
