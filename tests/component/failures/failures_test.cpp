@@ -93,6 +93,21 @@ class Failures : public testing::TestWithParam<Operation> {
                (GetParam().failing == Failing::numberReads && !isFirstReading(calls, index));
     }
 
+    /// What the operation gives when it does nothing: as before set-up.
+    static std::wstring nothing() {
+        const Client fresh;
+        return call(fresh).text;
+    }
+    /// The engine's failure is a problem with its number and description.
+    static bool isProblem(const std::vector<std::string>& calls, std::size_t index) {
+        return GetParam().failing == Failing::toProblem && calls[index] != "DIEngine.Params" &&
+               calls[index] != "DIParams.Exists";
+    }
+    static void expectProblem(const std::vector<std::wstring>& problems, const std::wstring& beginning) {
+        ASSERT_EQ(problems.size(), 1U);
+        EXPECT_TRUE(problems[0].starts_with(beginning + L" (WDN-0")) << com::toUtf8(problems[0]);
+    }
+
     /// An operation that does not change the binding leaves as many objects and blocks as there were.
     void expectBalance() {
         furnish(site);  // what the engine has stored is the engine's
@@ -127,9 +142,15 @@ TEST_P(Failures, EveryFailingEngineCallEndsAsTheOperationSaysAndLeavesNothingBeh
                 const Outcome outcome = call(client);
                 const Failure failure = takeFailure(outcome.result);
                 tap.arm(0, S_OK, false);
-                EXPECT_EQ(client.problems(), L"");
+                const auto problems = client.problemTexts();
+                EXPECT_EQ(problems.size(), isProblem(calls, i) ? 1U : 0U);
                 EXPECT_EQ(outcome.text.find(L"locked"), std::wstring::npos);
-                if (GetParam().failing == Failing::trapped) {
+                if (isProblem(calls, i)) {
+                    EXPECT_EQ(outcome.result, S_OK);
+                    EXPECT_EQ(outcome.text, nothing());
+                    expectProblem(problems, withInfo ? L"-2147216844, The database is away."
+                                                     : L"-2147216844, Automation error");
+                } else if (GetParam().failing == Failing::trapped) {
                     EXPECT_EQ(outcome.result, S_OK);
                     // A failing second reading may count as a value without text.
                     if (calls[i] != "DIDataArrayItem.Value" || isFirstReading(calls, i)) {
@@ -184,9 +205,20 @@ TEST_P(Failures, OutOfMemoryAtAnyAllocationIsACleanFailure) {
                     *client.get(), {[&] { spy().refuse(index, how); }, [&] { refused = spy().stop(); }});
                 static_cast<void>(takeFailure(outcome.result));
                 EXPECT_EQ(outcome.text.find(L"locked"), std::wstring::npos);
-                EXPECT_EQ(client.problems(), L"");
+                const auto problems = client.problemTexts();
+                if (GetParam().failing != Failing::toProblem) {
+                    EXPECT_TRUE(problems.empty());
+                }
                 if (FAILED(outcome.result)) {
                     EXPECT_EQ(clientNumber(outcome.result), 7);
+                    // The failure was trapped, and then there was no memory for an empty text either.
+                    if (!problems.empty()) expectProblem(problems, L"7, Out of memory");
+                } else if (!problems.empty()) {
+                    expectProblem(problems, L"7, Out of memory");
+                    EXPECT_EQ(outcome.text, nothing());
+                } else if (GetParam().failing == Failing::toProblem) {
+                    // A conversion that fails is silent in some of them.
+                    EXPECT_TRUE(outcome.text == whole.text || outcome.text == nothing());
                 } else if (GetParam().failing == Failing::trapped) {
                     EXPECT_TRUE(outcome.text == L"False''0" || outcome.text == whole.text);
                 } else if (GetParam().failing == Failing::untrapped) {

@@ -1,8 +1,10 @@
 #include "failures/operations.h"
 
+#include <initializer_list>
 #include <ostream>
 #include <tuple>
 #include <type_traits>
+#include <utility>
 
 #include "com/strings.h"
 #include "support/array.h"
@@ -41,6 +43,16 @@ std::wstring shown(const Array<T>& array) {
     return text + L"]";
 }
 
+/// An array of texts that an operation returned, which ends here.
+std::wstring shown(SAFEARRAY* result) {
+    if (!result) return L"no array";
+    const com::SafeArray array(result);
+    std::wstring text = L"[0..:";
+    const com::ArrayView<BSTR> elements(array.get());
+    for (const BSTR element : elements) text += L" " + shown(element);
+    return text + L"]";
+}
+
 /// A call with a result; `outputs` shows the by-reference arguments afterwards.
 template <class... P, class... A>
 Outcome outcome(_DIWrapper& wrapper, const Around& around, Member<P...> member, A... arguments) {
@@ -61,6 +73,42 @@ Operation plain(const char* name, Member<P...> member, A... arguments) {
     return {name, [=](_DIWrapper& wrapper, const Around& around) {
                 return outcome(wrapper, around, member, arguments...);
             }};
+}
+
+/// A row for a member without a result.
+Operation procedure(const char* name, HRESULT (STDMETHODCALLTYPE _DIWrapper::*member)()) {
+    return {name, [member](_DIWrapper& wrapper, const Around& around) {
+                around.before();
+                const HRESULT result = (wrapper.*member)();
+                around.after();
+                return Outcome{result, L""};
+            }};
+}
+
+/// A row for a question about special values, whose failures are problems.
+template <class M, class... A>
+Operation special(const char* name, M member, A... arguments) {
+    Operation operation = plain(name, member, arguments...);
+    operation.failing = Failing::toProblem;
+    return operation;
+}
+
+/// A row for a special function with an array of arguments.
+template <class M>
+Operation specialFunction(const char* name, M member) {
+    return {name,
+            [member](_DIWrapper& wrapper, const Around& around) {
+                Array<VARIANT> arguments(1, 2);
+                {
+                    const com::ArrayView<VARIANT> elements(arguments.get());
+                    com::Variant::of(L"text").detachTo(&elements[0]);
+                    com::Variant::ofDate(when).detachTo(&elements[1]);
+                }
+                Outcome end = outcome(wrapper, around, member, pid, LONG{101}, arguments.inOut());
+                if (arguments.get()->cLocks != 0) end.text += L" locked";
+                return end;
+            },
+            Failing::toProblem};
 }
 
 template <class M>
@@ -177,6 +225,52 @@ const std::vector<Operation>& operations() {
         plain("Param_WriteVMC_Integer", &_DIWrapper::Param_WriteVMC_Integer, pid, when, LONG{7}, LONG{5}),
         plain("Param_WriteVMC_Single", &_DIWrapper::Param_WriteVMC_Single, pid, when, 7.5f, LONG{5}),
         plain("Param_WriteVMC_String", &_DIWrapper::Param_WriteVMC_String, pid, when, 7.5f, LONG{5}),
+        plain("GetListOfTypeXPIDs", &_DIWrapper::GetListOfTypeXPIDs, LONG{3}),
+        getter("GetListOf75CalPIDs", &_DIWrapper::GetListOf75CalPIDs),
+        getter("GetListOfCalPIDs", &_DIWrapper::GetListOfCalPIDs),
+        getter("GetListOf75LinearityPIDs", &_DIWrapper::GetListOf75LinearityPIDs),
+        getter("GetListOf75IntfCheckPIDs", &_DIWrapper::GetListOf75IntfCheckPIDs),
+        plain("GetListOfRelationshipPIDs", &_DIWrapper::GetListOfRelationshipPIDs, ParamRelationship_Hourly,
+              LONG{1}),
+        getter("GetListOfAllRelationshipPIDs", &_DIWrapper::GetListOfAllRelationshipPIDs),
+        {"GetRelationshipDetailData",
+         [](_DIWrapper& wrapper, const Around& around) {
+             BSTR xml = SysAllocString(L"old");
+             Outcome end = outcome(wrapper, around, &_DIWrapper::GetRelationshipDetailData, pid, &xml);
+             end.text += shown(xml);
+             SysFreeString(xml);
+             return end;
+         }},
+        {"Param_WriteValues",
+         [](_DIWrapper& wrapper, const Around& around) {
+             const Bstr type(L"1h");
+             const Bstr values(L"1.5\ttext\t\t2");
+             Array<LONG> mcs(0, 4);
+             Array<LONG> flags(0, 4);
+             flags.fill(3);
+             Outcome end = outcome(wrapper, around, &_DIWrapper::Param_WriteValues, pid, when, LONG{4},
+                                   type.get(), LONG{1}, values.get(), mcs.inOut(), flags.inOut());
+             end.text += shown(mcs) + shown(flags);
+             return end;
+         }},
+        special("Param_CallSF_CalcOpTime", &_DIWrapper::Param_CallSF_CalcOpTime, pid, when, when + 1),
+        special("Param_GetSpecialValue_Int32", &_DIWrapper::Param_GetSpecialValue_Int32, pid, LONG{77}),
+        special("Param_GetSpecialValue_Boolean", &_DIWrapper::Param_GetSpecialValue_Boolean, pid, LONG{77}),
+        special("Param_GetSpecialValue_String", &_DIWrapper::Param_GetSpecialValue_String, pid, LONG{77}),
+        specialFunction("Param_GetSpecialFunction_Boolean", &_DIWrapper::Param_GetSpecialFunction_Boolean),
+        specialFunction("Param_GetSpecialFunction_Int32", &_DIWrapper::Param_GetSpecialFunction_Int32),
+        specialFunction("Param_GetSpecialFunction_Real32", &_DIWrapper::Param_GetSpecialFunction_Real32),
+        specialFunction("Param_GetSpecialFunction_String", &_DIWrapper::Param_GetSpecialFunction_String),
+        procedure("Params_FlushCache", &_DIWrapper::Params_FlushCache),
+        getter("Utils_GetUnitNames", &_DIWrapper::Utils_GetUnitNames),
+        getter("Utils_GetEDRUnitORISCodes", &_DIWrapper::Utils_GetEDRUnitORISCodes),
+        getter("Utils_GetEDRUnitIDs", &_DIWrapper::Utils_GetEDRUnitIDs),
+        getter("Utils_GetLongMCNames", &_DIWrapper::Utils_GetLongMCNames),
+        getter("Utils_GetShortMCNames", &_DIWrapper::Utils_GetShortMCNames),
+        getter("Utils_GetLongPCNames", &_DIWrapper::Utils_GetLongPCNames),
+        getter("Utils_GetShortPCNames", &_DIWrapper::Utils_GetShortPCNames),
+        plain("WriteStrToAlarm", &_DIWrapper::WriteStrToAlarm, when, text.get(), text.get(), LONG{4},
+              text.get(), text.get()),
     };
     return all;
 }
@@ -198,6 +292,28 @@ void furnish(fake::Site& site) {
     site.parameters[530004].usedPids = L"530002";
     site.knownMcs = {5};
     site.siteId = L"S1";
+    site.offerBlocks = true;  // texts go one by one all the same
+    // Texts wherever there can be one, so that strings travel.
+    parameter.written.clear();
+    parameter.mask.clear();
+    parameter.relationship = fake::Relationship{1, L"h", L"<r/>"};
+    parameter.functionAnswer = com::Variant::of(L"1");
+    parameter.specialValues.insert_or_assign(77, com::Variant::of(L"1"));
+    const auto furnishSpecial = [&site](LONG of, LONG type,
+                                        std::initializer_list<std::pair<LONG, const wchar_t*>> values) {
+        fake::Parameter& one = site.parameters[of];
+        one.type = type;
+        for (const auto& [id, special] : values)
+            one.specialValues.insert_or_assign(id, com::Variant::of(special));
+    };
+    furnishSpecial(530005, 3, {{-22, L"40CFR75"}, {-117, L"0"}, {-114, L"0"}, {-118, L"0"}, {-25, L"0"}});
+    furnishSpecial(530006, 3, {{-22, L"40CFR75"}, {-117, L"1"}, {-114, L"0"}, {-118, L"0"}, {-25, L"0"}});
+    furnishSpecial(530007, 45, {{-32, L"1"}});
+    furnishSpecial(100000, 0, {{-17, L"1"}, {-95, L"3456"}, {-97, L"CT1"}});
+    furnishSpecial(100100000, 0, {{-17, L"0"}});
+    site.units = {L"Common", L"Unit 1"};
+    site.monitorCodes = {{L"OK", L"BAD"}, {L"Valid", L"Invalid"}};
+    site.parameterCodes = {{L"SO2", L""}, {L"Sulfur dioxide", L"Unused"}};
 }
 
 }  // namespace vtdn::test

@@ -31,6 +31,7 @@ enum class Failing {
     trapped,      ///< ends the operation with False and empty outputs
     numberReads,  ///< the second reading of a value only makes that value missing
     textReads,    ///< any reading of a value only makes that value missing
+    toProblem,    ///< from fetching the parameter on: a problem, and the default result
 };
 
 struct Operation {
