@@ -3,6 +3,7 @@
 #include <string>
 
 #include "operations/on_strict_engine.h"
+#include "support/locale_setting.h"
 
 namespace vtdn::test {
 namespace {
@@ -162,22 +163,6 @@ TEST_F(Problems, NoLimitIsSetToTheList) {
     for (std::size_t i = 0; i < many; ++i) engine.raise(1, L"x");
     EXPECT_EQ(client.problemTexts().size(), many);
 }
-
-/// One setting of the user's locale, put back when this goes.
-class LocaleSetting {
-  public:
-    LocaleSetting(LCTYPE type, const wchar_t* value) : type_(type) {
-        GetLocaleInfoW(LOCALE_USER_DEFAULT, type, old_, 16);
-        EXPECT_TRUE(SetLocaleInfoW(LOCALE_USER_DEFAULT, type, value));
-    }
-    ~LocaleSetting() { SetLocaleInfoW(LOCALE_USER_DEFAULT, type_, old_); }
-    LocaleSetting(const LocaleSetting&) = delete;
-    LocaleSetting& operator=(const LocaleSetting&) = delete;
-
-  private:
-    LCTYPE type_;
-    wchar_t old_[16]{};
-};
 
 TEST_F(Problems, TheTimeStampHasTheUsersSeparators) {
     const LocaleSetting date(LOCALE_SDATE, L".");
