@@ -14,8 +14,8 @@ struct DIDataRun {
     LONG mc;             ///< the monitor code of every item when `mcs` is null
 };
 
-/// In-process only: it hands out pointers into the engine's memory, valid until the array is defined or
-/// filled anew or released.
+/// In-process only: it hands out pointers into the engine's memory, valid until the array is defined, filled
+/// or changed anew or released.
 MIDL_INTERFACE("975680CB-9C99-4484-A00F-8F218278BD0D")
 DIDataArrayRuns : public IUnknown {
   public:
