@@ -331,7 +331,8 @@ TEST(Variant, OfNoArrayIsAnArrayWithoutAny) {
     const Variant none = Variant::of(static_cast<SAFEARRAY*>(nullptr));
     EXPECT_EQ(none.type(), VT_ARRAY | VT_VARIANT);
     EXPECT_EQ(none.get().parray, nullptr);
-    const Variant copy = none;
+    Variant copy;
+    copy = none;
     EXPECT_EQ(copy.type(), VT_ARRAY | VT_VARIANT);
     EXPECT_EQ(copy.get().parray, nullptr);
 }

@@ -36,6 +36,7 @@ std::string shown(const Interval& interval) {
 }
 std::vector<std::string> shown(const std::vector<Interval>& intervals) {
     std::vector<std::string> all;
+    all.reserve(intervals.size());
     for (const Interval& interval : intervals) all.push_back(shown(interval));
     return all;
 }

@@ -383,15 +383,17 @@ TEST_F(Alarms, CarryEveryTextAndTimeUnchanged) {
     setUpClient();
     const struct {
         std::wstring text;
-        std::string shown;
+        std::string call;
     } rows[] = {
-        {L""s, ""s}, {L" a\0b "s, " a\0b "s}, {L"'; \t\r\n\xD83D\xDE00"s, "'; \t\r\n\xF0\x9F\x98\x80"s}};
-    for (const auto& [text, shown] : rows) {
+        {L""s, "Alarms.WriteAlarm('', -1.25, '', '', 3, '', '')"s},
+        {L" a\0b "s, "Alarms.WriteAlarm(' a\0b ', -1.25, ' a\0b ', ' a\0b ', 3, ' a\0b ', ' a\0b ')"s},
+        {L"'\t\xD83D\xDE00"s,
+         "Alarms.WriteAlarm(''\t\xF0\x9F\x98\x80', -1.25, ''\t\xF0\x9F\x98\x80', "
+         "''\t\xF0\x9F\x98\x80', 3, ''\t\xF0\x9F\x98\x80', ''\t\xF0\x9F\x98\x80')"s}};
+    for (const auto& [text, call] : rows) {
         const Bstr one(text);
-        engine.expect({{"Engine.SiteID", Variant::of(std::wstring_view(text))},
-                       {"Engine.AlarmWriter"},
-                       {"Alarms.WriteAlarm('" + shown + "', -1.25, '" + shown + "', '" + shown + "', 3, '" +
-                        shown + "', '" + shown + "')"}});
+        engine.expect(
+            {{"Engine.SiteID", Variant::of(std::wstring_view(text))}, {"Engine.AlarmWriter"}, {call}});
         EXPECT_TRUE(client.yes(&_DIWrapper::WriteStrToAlarm, -1.25, one.get(), one.get(), LONG{3}, one.get(),
                                one.get()));
     }
