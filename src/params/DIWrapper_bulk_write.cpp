@@ -1,4 +1,5 @@
 #include <string>
+#include <utility>
 
 #include "diwrapper/DIWrapper.h"
 #include "diwrapper/answer.h"
@@ -14,10 +15,10 @@ STDMETHODIMP DIWrapper::Param_WriteValues(LONG lngPID, DATE dtmPeriodStart, LONG
         com::needPointers(lngMCs, lngFlags);
         // Copies: what the engine raises may reach code that changes the client's texts.
         const std::wstring intervalType(com::view(strIntervalType));
-        const std::wstring values(com::view(strValues));
+        std::wstring values(com::view(strValues));
         return params::writeValues(
-            session_, {lngPID, dtmPeriodStart, lngIntervalCount, intervalType, lngIntervalLength}, values,
-            *lngMCs, *lngFlags);
+            session_, {lngPID, dtmPeriodStart, lngIntervalCount, intervalType, lngIntervalLength},
+            std::move(values), *lngMCs, *lngFlags);
     });
 }
 

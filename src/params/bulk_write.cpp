@@ -136,7 +136,7 @@ bool passesSizeChecks(binding::Session& session, const Run& run, LONG count, SAF
 
 }  // namespace
 
-bool writeValues(binding::Session& session, const Run& run, std::wstring_view values, SAFEARRAY* mcs,
+bool writeValues(binding::Session& session, const Run& run, std::wstring values, SAFEARRAY* mcs,
                  SAFEARRAY* flags) {
     const auto param = session.writableParam(run.pid, valuesUnknownPid, valuesNotDatabase);
     if (!param) return false;
@@ -158,6 +158,8 @@ bool writeValues(binding::Session& session, const Run& run, std::wstring_view va
         if (asked.mc) element.mc = givenMcs[i];
         if (asked.value || asked.mc) request.set(static_cast<LONG>(i), element);
     }
+    // The engine needs memory of its own to store the run.
+    std::wstring().swap(values);
     return request.store(param);
 }
 

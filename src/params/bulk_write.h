@@ -1,6 +1,8 @@
 // Writes of a run of intervals in one request.
 #pragma once
 
+#include <string>
+
 #include "binding/session.h"
 #include "com/safe_array.h"
 #include "params/run.h"
@@ -18,7 +20,7 @@ inline constexpr binding::Code valuesCount = binding::code(41);
 ///
 /// The result is the engine's own. False, and one problem, when the PID, the I/O type, the sizes or the count
 /// fails its check, in this order. An array without dimensions is error 9, a number beyond a single error 6.
-bool writeValues(binding::Session& session, const Run& run, std::wstring_view values, SAFEARRAY* mcs,
+bool writeValues(binding::Session& session, const Run& run, std::wstring values, SAFEARRAY* mcs,
                  SAFEARRAY* flags);
 
 }  // namespace vtdn::params
