@@ -96,13 +96,13 @@ TEST_F(Special, UnknownParametersAreProblemsOfEachMembersOwn) {
     EXPECT_EQ(client_.problemTexts(), expected);
 }
 
-TEST_F(Special, ResultOverNothingIsNull) {
+TEST_F(Special, AverageOfNothingIsNull) {
     constexpr DATE july2007 = 39264;  // absent from the demo's data
     Span span(july2007, july2007 + 7);
-    EXPECT_EQ(client_.text(&_DIWrapper::Param_GetSpecialFunction_String, so2Mass, LONG{103}, span.inOut()),
+    EXPECT_EQ(client_.text(&_DIWrapper::Param_GetSpecialFunction_String, so2Mass, LONG{102}, span.inOut()),
               L"");
     EXPECT_EQ(client_.problems(), L"");
-    EXPECT_EQ(client_.number(&_DIWrapper::Param_GetSpecialFunction_Int32, so2Mass, LONG{103}, span.inOut()),
+    EXPECT_EQ(client_.number(&_DIWrapper::Param_GetSpecialFunction_Int32, so2Mass, LONG{102}, span.inOut()),
               0);
     EXPECT_EQ(client_.problemTexts(), (std::vector<std::wstring>{L"94, Invalid use of Null (WDN-0054)"}));
 }
