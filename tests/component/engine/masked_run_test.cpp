@@ -64,6 +64,7 @@ class EngineMaskedRun : public OnSpecialFunctions {
     [[nodiscard]] std::vector<store::Item> stored(int count) const {
         store::Site site(connections(), "DEMO");
         std::vector<store::Item> all;
+        all.reserve(static_cast<std::size_t>(count));
         for (int h = 0; h < count; ++h)
             all.push_back(site.read(hourPid, store::timeOf({2007, 3, 25, h, 0, 0})));
         return all;
