@@ -1,5 +1,6 @@
 // Numbers as a user with a decimal comma writes them.
-#include <cstring>
+#include <bit>
+#include <cstdint>
 #include <iterator>
 #include <random>
 
@@ -74,7 +75,8 @@ TEST_F(DecimalComma, ReadsInTheShortWayWhatThePlatformReads) {
         ++numbers;
         float platforms = 0;
         ASSERT_EQ(VarR4FromStr(variant.get().bstrVal, GetUserDefaultLCID(), 0, &platforms), S_OK);
-        ASSERT_EQ(std::memcmp(&ours, &platforms, sizeof ours), 0) << com::toUtf8(text);
+        ASSERT_EQ(std::bit_cast<std::uint32_t>(ours), std::bit_cast<std::uint32_t>(platforms))
+            << com::toUtf8(text);
     }
     EXPECT_GT(numbers, 5'000);
 }
