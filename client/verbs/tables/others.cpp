@@ -20,9 +20,13 @@ VerbSpec namesUnits() {
 }
 
 VerbSpec namesMc() {
-    return {"names mc", "Lists the monitor codes with their short and their long names.",
-            {},         withCommon({all, csv, json}),
-            {},         {{"vtdn names mc", "What the codes beside the values mean."}}};
+    return {"names mc",
+            "Lists the monitor codes with their names.",
+            {},
+            withCommon({longNames, all, csv, json}),
+            {},
+            {{"vtdn names mc", "Those that have a name."},
+             {"vtdn names mc --long", "What the codes beside the values mean."}}};
 }
 
 VerbSpec namesPc() {

@@ -28,7 +28,7 @@ def test_alarms():
                       "message": "NOx driftet über 5 % ✓"} and log[2] == wanted, log)
     rows = list(csv.DictReader(check("the log is listed as CSV", ["alarm", "list", "--csv"], DONE).splitlines()))
     expect("CSV says the same", [{**r, "severity": int(r["severity"])} for r in rows] == log, rows)
-    check("a table is for people", ["alarm", "list"], DONE, out=["Severity", "2007-01-08 13:00         4  calibration"])
+    check("a table is for people", ["alarm", "list"], DONE, out=["Severity", "2007-01-08 13:00            4  calibration"])
     expect("one severity", [a["severity"] for a in alarms("alarms of a severity", "--severity", "4")] == [4], "")
     expect("a span", [a["message"] for a in alarms("alarms of a day", "--from", "2007-01-08 12:30", "--to", "2007-01-09")] ==
            ["NOx driftet über 5 % ✓"], "")
