@@ -1,4 +1,7 @@
 // The component's reads and writes.
+#include <array>
+#include <charconv>
+
 #include "client/component/component.h"
 #include "com/error.h"
 #include "com/strings.h"
@@ -25,14 +28,39 @@ DATE dateOf(store::Time time) {
     return common::dateOfSeconds(time);
 }
 
-/// A value as the component reads it in the user's locale; no value is an empty text.
-com::Bstr fieldOf(const store::Value& value) {
-    if (const auto* words = std::get_if<std::string>(&value)) return com::Bstr(com::fromUtf8(*words));
-    com::Bstr text;
-    if (const auto number = store::numberOf(value))
-        com::check(com::toText(com::Variant::of(*number).get(), text));
-    return text;
+std::wstring localeText(LCTYPE what, const wchar_t* otherwise) {
+    std::array<wchar_t, 8> text{};
+    const int length = GetLocaleInfoW(LOCALE_USER_DEFAULT, what, text.data(), static_cast<int>(text.size()));
+    return length > 1 ? text.data() : otherwise;
 }
+
+/// Writes values as the component reads them in the user's locale.
+class FieldWriter {
+  public:
+    void append(std::wstring& fields, const store::Value& value) const {
+        if (const auto* words = std::get_if<std::string>(&value)) fields += com::fromUtf8(*words);
+        if (const auto number = store::numberOf(value)) appendNumber(fields, *number);
+    }
+
+  private:
+    /// In digits, without an exponent: not every version of the platform reads one behind a decimal comma.
+    void appendNumber(std::wstring& fields, double number) const {
+        std::array<char, 400> digits{};
+        const auto end =
+            std::to_chars(digits.data(), digits.data() + digits.size(), number, std::chars_format::fixed);
+        for (const char* c = digits.data(); c != end.ptr; ++c) {
+            if (*c == '.')
+                fields += decimal_;
+            else if (*c == '-')
+                fields += minus_;
+            else
+                fields += static_cast<wchar_t>(*c);
+        }
+    }
+
+    std::wstring decimal_ = localeText(LOCALE_SDECIMAL, L".");
+    std::wstring minus_ = localeText(LOCALE_SNEGATIVESIGN, L"-");
+};
 
 }  // namespace
 
@@ -105,6 +133,7 @@ bool Component::writeBoth(std::int32_t pid, store::Time time, const WrittenValue
 
 bool Component::writeRun(std::int32_t pid, const store::Interval& interval, const WrittenRun& run) {
     const auto count = static_cast<LONG>(run.items.size());
+    const FieldWriter fields;
     std::wstring values;
     auto codes = com::SafeArray::of<LONG>(count);
     auto flags = com::SafeArray::of<LONG>(count);
@@ -114,7 +143,7 @@ bool Component::writeRun(std::int32_t pid, const store::Interval& interval, cons
         for (std::size_t i = 0; i < run.items.size(); ++i) {
             const store::WriteItem& item = run.items[i];
             if (i > 0) values += L'\t';
-            if (item.value) values += fieldOf(item.item.value).view();
+            if (item.value) fields.append(values, item.item.value);
             code[i] = item.item.code;
             flag[i] = (item.value ? 1 : 0) + (item.code ? 2 : 0);
         }
