@@ -40,6 +40,11 @@ play() {
     show 0 params list | first_lines 24
     show 0 params show $sulfur
 
+    scene "What is calibrated under part 75, how a quantity's averages hang together, what the codes mean"
+    show 0 params list --calibration --part75
+    show 0 params related 5-020-3-02-01 | first_lines 12
+    show 0 names mc --long | first_lines 8
+
     scene "January 2007, hour by hour, with the monitor codes that say where each value comes from"
     show 0 read $sulfur 5-050-3-00-00 --month 2007-01 | first_lines 14
     vtdn read $sulfur --month 2007-01 --csv >$month
@@ -50,6 +55,17 @@ play() {
     show 0 write $sulfur '2007-01-10 13:00' --value 5600.5 --mc 1
     show 0 write $sulfur '2007-01-10 14:00' --null --mc 9
     show 0 read $sulfur --from '2007-01-10 12:00' --count 4
+
+    scene "Writing a run: the month as it was read, stored at once or not at all"
+    show 0 write $sulfur --file $month
+    show 0 read $sulfur --from '2007-01-10 12:00' --count 4
+
+    scene "Numbered facts and functions: the unit's ORIS code, the month's average and the hours that the unit operated"
+    show 0 params special 5-001-0-00-00 -95
+    show 0 params call $sulfur 102 2007-01-01 2007-02-01
+    show 0 params optime $sulfur 2007-01-01 2007-02-01
+    show 0 alarm write "SO2 analyzer drifts" --severity 3 --category Maintenance
+    show 0 alarm list
 
     scene "What the component refuses goes to its problems list"
     show 1 write 9-999-3-00-00 '2007-01-10 13:00' --value 1
