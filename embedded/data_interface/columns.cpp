@@ -216,10 +216,10 @@ store::MonitorCode Columns::codeAt(std::int32_t at) const {
     return codes_.empty() ? every_code_ : codes_[static_cast<std::size_t>(at)];
 }
 
-DIDataRun Columns::stretchAt(std::int32_t first, std::int32_t limit) const {
+DIDataRun Columns::stretchAt(std::int32_t first) const {
     static_assert(sizeof(LONG) == sizeof(store::MonitorCode));
     const auto from = static_cast<std::size_t>(first);
-    DIDataRun stretch{limit, VT_EMPTY, nullptr, nullptr, every_code_};
+    DIDataRun stretch{static_cast<LONG>(count_ - from), VT_EMPTY, nullptr, nullptr, every_code_};
     if (!codes_.empty()) stretch.mcs = reinterpret_cast<const LONG*>(&codes_[from]);
     if (kinds_.empty()) {
         // One value for all is nowhere side by side; only nulls need not be.
@@ -228,7 +228,7 @@ DIDataRun Columns::stretchAt(std::int32_t first, std::int32_t limit) const {
     }
     const ValueKind kind = kinds_[from];
     const auto begin = kinds_.begin() + first;
-    const auto end = std::find_if(begin, begin + limit, [kind](ValueKind k) { return k != kind; });
+    const auto end = std::find_if(begin, kinds_.end(), [kind](ValueKind k) { return k != kind; });
     stretch.count = static_cast<LONG>(end - begin);
     switch (kind) {
         case ValueKind::null:
@@ -250,6 +250,28 @@ DIDataRun Columns::stretchAt(std::int32_t first, std::int32_t limit) const {
             break;
     }
     return stretch;
+}
+
+void Columns::appendTo(store::Run& run) const {
+    const auto count = static_cast<std::int32_t>(count_);
+    if (codes_.empty())
+        run.appendCode(every_code_, count);
+    else
+        std::memcpy(run.appendCodes(count), codes_.data(), codes_.size() * sizeof codes_[0]);
+    if (kinds_.empty()) return run.appendValues(every_value_, count);
+    for (std::int32_t at = 0; at < count;) {
+        const DIDataRun stretch = stretchAt(at);
+        const ValueKind kind = kinds_[static_cast<std::size_t>(at)];
+        if (kind == ValueKind::null)
+            run.appendNulls(stretch.count);
+        else if (kind == ValueKind::text)
+            for (LONG i = 0; i < stretch.count; ++i)
+                run.appendText(texts_[cells_[static_cast<std::size_t>(at + i)].text]);
+        else
+            std::memcpy(run.appendNumbers(kind, stretch.count), stretch.values,
+                        static_cast<std::size_t>(stretch.count) * store::sizeOf(kind));
+        at += stretch.count;
+    }
 }
 
 }  // namespace vtdn::embedded

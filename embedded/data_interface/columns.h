@@ -36,9 +36,11 @@ class Columns {
 
     [[nodiscard]] store::Value value(std::int32_t at) const;
     [[nodiscard]] store::Item item(std::int32_t at) const { return {value(at), codeAt(at)}; }
-    /// The longest stretch from `first` on, of up to `limit` items, whose values are of one kind. It points
-    /// into the columns. A stretch of texts has the type VT_EMPTY.
-    [[nodiscard]] DIDataRun stretchAt(std::int32_t first, std::int32_t limit) const;
+    /// The longest stretch from `first` on whose values are of one kind. It points into the columns. A
+    /// stretch of texts has the type VT_EMPTY, and so has one of the equal values that only one is kept of.
+    [[nodiscard]] DIDataRun stretchAt(std::int32_t first) const;
+    /// Appends all items to a run.
+    void appendTo(store::Run& run) const;
 
   private:
     /// A whole number, a single, or the place of a text. Doubles have a column of their own.

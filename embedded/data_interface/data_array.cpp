@@ -1,6 +1,5 @@
 #include "data_interface/data_array.h"
 
-#include <algorithm>
 #include <cmath>
 #include <span>
 #include <string>
@@ -120,7 +119,12 @@ HRESULT DataArray::GetRun(LONG index, DIDataRun* run) noexcept {
     if (run == nullptr) return E_POINTER;
     *run = {};
     if (index < 1 || !span_ || index > span_->count) return E_INVALIDARG;
-    *run = stretchAt(index - 1, span_->count - (index - 1));
+    if (columns_)
+        *run = columns_->stretchAt(index - 1);
+    else if (run_)
+        *run = stretchAt(*run_, index - 1);
+    else
+        *run = {span_->count - (index - 1), VT_NULL, nullptr, nullptr, 0};
     return S_OK;
 }
 
@@ -140,12 +144,12 @@ store::Value DataArray::value(std::int32_t at) const {
     return run_ ? run_->value(at) : store::Value{};
 }
 
-DIDataRun DataArray::stretchAt(std::int32_t first, std::int32_t limit) const {
-    if (columns_) return columns_->stretchAt(first, limit);
-    if (!run_) return {limit, VT_NULL, nullptr, nullptr, 0};
-    DIDataRun stretch = embedded::stretchAt(*run_, first);
-    stretch.count = std::min<LONG>(stretch.count, limit);
-    return stretch;
+std::shared_ptr<const store::Run> DataArray::run() const {
+    if (run_) return run_;
+    auto run = std::make_shared<store::Run>();
+    if (columns_) columns_->appendTo(*run);
+    run->finish(span().count);
+    return run;
 }
 
 void DataArray::clear() noexcept {

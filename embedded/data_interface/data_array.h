@@ -46,12 +46,10 @@ class DataArray final
 
     /// Where the run is placed. Throws error 91 before Define.
     [[nodiscard]] const store::Span& span() const;
-    // One item, from 0 to the count of span() - 1.
-    [[nodiscard]] store::Item item(std::int32_t at) const;
+    /// The value of one item, from 0 to the count of span() - 1.
     [[nodiscard]] store::Value value(std::int32_t at) const;
-    /// The longest stretch from item `first` on, of up to `limit` items, whose values are of one kind. It
-    /// points into the array. The values of a stretch of the type VT_EMPTY are asked for one by one.
-    [[nodiscard]] DIDataRun stretchAt(std::int32_t first, std::int32_t limit) const;
+    /// All items, as they are now: what was read, or a copy of what a client set.
+    [[nodiscard]] std::shared_ptr<const store::Run> run() const;
 
     /// The items are Null with code 0 again.
     void clear() noexcept;
@@ -61,6 +59,7 @@ class DataArray final
   private:
     /// Counted from 0. Throws error 9 for an index that is not from 1 to the count.
     [[nodiscard]] std::int32_t position(LONG index) const;
+    [[nodiscard]] store::Item item(std::int32_t at) const;
     /// The items as a client can set them.
     Columns& columns();
 

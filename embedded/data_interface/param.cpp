@@ -130,10 +130,10 @@ HRESULT Param::get_Relationship(DIRelationship** result) noexcept {
         session_->onSite([&](store::Site& site) {
             const store::ParameterRelationship* found = site.relationship(pid_);
             if (!found) return;
-            *result = com::make<Relationship>(LONG{found->interval_count},
-                                              com::fromUtf8(found->interval_unit),
-                                              com::fromUtf8(*found->detail_xml))
-                          .detach();
+            *result =
+                com::make<Relationship>(LONG{found->interval_count}, com::fromUtf8(found->interval_unit),
+                                        com::fromUtf8(*found->detail_xml))
+                    .detach();
         });
     });
 }

@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <optional>
-#include <span>
 #include <string>
 #include <vector>
 
@@ -23,24 +22,20 @@ bool samePlace(const store::Span& a, const store::Span& b) {
     return a.start == b.start && a.count == b.count && a.interval == b.interval;
 }
 
-// What the mask says of one interval, bit by bit.
-constexpr std::uint8_t writeValue = 1;
-constexpr std::uint8_t writeCode = 2;
-constexpr std::uint8_t writeBoth = writeValue | writeCode;
-
 [[noreturn]] void refuseMask(std::int32_t at, HRESULT result, const wchar_t* what) {
     com::throwError(result, L"Item " + std::to_wstring(at + 1) + L" of the mask array is " + what +
                                 L". A mask says 0 for nothing, 1 for the value, 2 for the monitor code, or 3 "
                                 L"for both.");
 }
 
-std::uint8_t maskIn(const store::Value& value, std::int32_t at) {
+store::WriteParts partsIn(const store::Value& value, std::int32_t at) {
     const std::optional<double> number = store::numberOf(value);
     if (!number)
         refuseMask(at, DISP_E_TYPEMISMATCH,
                    store::kindOf(value) == store::ValueKind::text ? L"a text" : L"no value");
-    for (std::uint8_t mask = 0; mask <= writeBoth; ++mask)
-        if (*number == mask) return mask;
+    for (const auto parts : {store::WriteParts::nothing, store::WriteParts::value, store::WriteParts::code,
+                             store::WriteParts::both})
+        if (*number == static_cast<double>(parts)) return parts;
     refuseMask(at, DISP_E_OVERFLOW, L"another number");
 }
 
@@ -59,50 +54,6 @@ std::vector<store::WriteParts> maskIn(DataArray& array) {
     }
     return mask;
 }
-
-// Shows a data array and its mask to the store.
-class MaskedItems {
-  public:
-    MaskedItems(const DataArray& data, std::span<const std::uint8_t> masks) : data_(data), masks_(masks) {}
-
-    void operator()(std::int32_t first, std::span<store::WriteItem> room) const {
-        for (std::size_t done = 0; done < room.size();) {
-            const auto at = first + static_cast<std::int32_t>(done);
-            const DIDataRun stretch = data_.stretchAt(at, static_cast<std::int32_t>(room.size() - done));
-            for (LONG i = 0; i < stretch.count; ++i)
-                put(stretch, i, at + i, room[done + static_cast<std::size_t>(i)]);
-            done += static_cast<std::size_t>(stretch.count);
-        }
-    }
-
-  private:
-    void put(const DIDataRun& stretch, LONG i, std::int32_t at, store::WriteItem& to) const {
-        const std::uint8_t mask = masks_[static_cast<std::size_t>(at)];
-        to.value = (mask & writeValue) != 0;
-        to.code = (mask & writeCode) != 0;
-        if (to.code) to.item.code = stretch.mcs ? stretch.mcs[i] : stretch.mc;
-        if (!to.value) return;
-        switch (stretch.type) {
-            case VT_NULL:
-                to.item.value = std::monostate();
-                break;
-            case VT_I4:
-                to.item.value = static_cast<const std::int32_t*>(stretch.values)[i];
-                break;
-            case VT_R4:
-                to.item.value = static_cast<const float*>(stretch.values)[i];
-                break;
-            case VT_R8:
-                to.item.value = static_cast<const double*>(stretch.values)[i];
-                break;
-            default:
-                to.item.value = data_.value(at);
-        }
-    }
-
-    const DataArray& data_;
-    std::span<const std::uint8_t> masks_;
-};
 
 }  // namespace
 
@@ -133,8 +84,8 @@ com::Variant writeDataArray(Session& session, store::Pid pid, const SpecialArgum
                 invalidCall,
                 L"The data array and the mask array of special function 33 are not defined alike. "
                 L"Call Define of both with the same start, count, interval type and length.");
-        const std::vector<std::uint8_t> masks = masksIn(mask->dataArray());
-        site.write(pid, items.span(), MaskedItems(items, masks));
+        const std::vector<store::WriteParts> parts = maskIn(mask->dataArray());
+        site.write(pid, items.span(), *items.run(), parts);
     });
     return com::Variant::ofBool(true);
 }

@@ -29,17 +29,8 @@ std::int64_t chunkOfIndex(std::int64_t index) {
     return floorDivide(index, slotsPerChunk);
 }
 
-std::vector<Item> emptyChunk() {
-    return std::vector<Item>(static_cast<std::size_t>(slotsPerChunk));
-}
-
-bool areWhole(std::span<const WriteItem> items) {
-    return std::ranges::all_of(items, [](const WriteItem& item) { return item.value && item.code; });
-}
-
-void apply(const WriteItem& change, Item& item) {
-    if (change.value) item.value = change.item.value;
-    if (change.code) item.code = change.item.code;
+bool isAll(std::span<const WriteParts> mask, WriteParts parts) {
+    return std::all_of(mask.begin(), mask.end(), [parts](WriteParts m) { return m == parts; });
 }
 
 }  // namespace
@@ -193,13 +184,19 @@ void SeriesStore::read(const SeriesKey& key, Time start, std::int32_t count, Run
     run.finish(count);
 }
 
-// Calls change(items, offset) for each chunk that intervals first to first + count - 1 lie in: items are
-// those of them in the chunk, offset is the number of the first one from the beginning of the run. Before it
-// whole(offset, n), whether values and codes of all n of them are replaced: a chunk of which that is true is
-// not read.
-template <typename Whole, typename Edit>
-void SeriesStore::edit(const SeriesKey& key, std::int64_t first, std::int64_t count, Whole whole,
-                       Edit change) {
+void SeriesStore::write(const SeriesKey& key, Time time, const WriteItem& item) {
+    Run run;
+    run.appendValue(item.item.value);
+    run.appendCode(item.item.code, 1);
+    run.finish(1);
+    const auto mask = static_cast<WriteParts>((item.value ? 1 : 0) | (item.code ? 2 : 0));
+    write(key, time, run, std::span(&mask, 1));
+}
+
+void SeriesStore::write(const SeriesKey& key, Time start, const Run& run, std::span<const WriteParts> mask) {
+    requireBoundary(key.pid, key.interval, start);
+    if (!mask.empty() && mask.size() != static_cast<std::size_t>(run.count()))
+        throw Error(ErrorKind::internal, "A run was given a mask of another length.");
     Transaction transaction(db_);
     const auto series = findOrAddSeries(key);
     const std::int64_t first = key.interval.index(start);
@@ -208,58 +205,15 @@ void SeriesStore::edit(const SeriesKey& key, std::int64_t first, std::int64_t co
         const auto chunk = chunkOfIndex(at);
         const std::int64_t begin = chunk * slotsPerChunk;
         const std::int64_t stop = std::min(begin + slotsPerChunk, end);
-        const auto offset = static_cast<std::size_t>(at - first);
-        const auto some = static_cast<std::size_t>(stop - at);
-        const bool replaced = whole(offset, some) && some == std::size_t{slotsPerChunk};
-        auto items = replaced ? emptyChunk() : loadChunk(key, series, chunk);
-        change(std::span(items).subspan(static_cast<std::size_t>(at - begin), some), offset);
-        storeChunk(series, chunk, items);
+        const auto offset = static_cast<std::int32_t>(at - first);
+        const auto count = static_cast<std::int32_t>(stop - at);
+        const auto part =
+            mask.empty() ? mask
+                         : mask.subspan(static_cast<std::size_t>(offset), static_cast<std::size_t>(count));
+        putPart(key, series, chunk, static_cast<std::int32_t>(at - begin), {run, offset, count, part});
         at = stop;
     }
     transaction.commit();
-}
-
-void SeriesStore::write(const SeriesKey& key, Time time, const WriteItem& item) {
-    write(key, time, std::span(&item, 1));
-}
-
-void SeriesStore::write(const SeriesKey& key, Time start, std::span<const WriteItem> items) {
-    requireBoundary(key.pid, key.interval, start);
-    edit(
-        key, key.interval.index(start), static_cast<std::int64_t>(items.size()),
-        [&](std::size_t offset, std::size_t n) { return areWhole(items.subspan(offset, n)); },
-        [&](std::span<Item> stored, std::size_t offset) {
-            for (std::size_t i = 0; i < stored.size(); ++i) apply(items[offset + i], stored[i]);
-        });
-}
-
-void SeriesStore::write(const SeriesKey& key, Time start, std::int32_t count, const WriteSource& source) {
-    requireBoundary(key.pid, key.interval, start);
-    std::vector<WriteItem> changes(static_cast<std::size_t>(std::min(count, slotsPerChunk)));
-    edit(
-        key, key.interval.index(start), count,
-        [&](std::size_t offset, std::size_t n) {
-            const std::span<WriteItem> room(changes.data(), n);
-            source(static_cast<std::int32_t>(offset), room);
-            return areWhole(room);
-        },
-        [&](std::span<Item> stored, std::size_t) {
-            for (std::size_t i = 0; i < stored.size(); ++i) apply(changes[i], stored[i]);
-        });
-}
-
-void SeriesStore::write(const SeriesKey& key, Time start, std::span<const float> values,
-                        std::span<const MonitorCode> codes) {
-    requireBoundary(key.pid, key.interval, start);
-    if (values.size() != codes.size())
-        throw Error(ErrorKind::internal, "A run was given a different number of values and codes.");
-    edit(
-        key, key.interval.index(start), static_cast<std::int64_t>(values.size()),
-        [](std::size_t, std::size_t) { return true; },
-        [&](std::span<Item> stored, std::size_t offset) {
-            for (std::size_t i = 0; i < stored.size(); ++i)
-                stored[i] = {values[offset + i], codes[offset + i]};
-        });
 }
 
 SeriesStore::Appender::Appender(SeriesStore& store, const SeriesKey& key)

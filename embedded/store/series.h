@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -35,9 +34,15 @@ struct WriteItem {
     bool code = true;   ///< write the monitor code
 };
 
-/// Gives the changes of a run piece by piece: those of as many intervals as there is room for, from the one
-/// with the given number on, counted from 0. The room holds what it was left with.
-using WriteSource = std::function<void(std::int32_t first, std::span<WriteItem> room)>;
+/// What of an interval of a run is written.
+enum class WriteParts : std::uint8_t { nothing = 0, value = 1, code = 2, both = 3 };
+
+[[nodiscard]] constexpr bool takesValue(WriteParts parts) {
+    return (static_cast<unsigned>(parts) & 1U) != 0;
+}
+[[nodiscard]] constexpr bool takesCode(WriteParts parts) {
+    return (static_cast<unsigned>(parts) & 2U) != 0;
+}
 
 /// The series of one data database. Times must be beginnings of the series' interval (offBoundary otherwise).
 class SeriesStore {
@@ -50,13 +55,9 @@ class SeriesStore {
 
     /// Writes one interval, or as much of it as the mask says. On the disk when it returns.
     void write(const SeriesKey& key, Time time, const WriteItem& item);
-    /// Writes consecutive intervals, all of them or none. On the disk when it returns.
-    void write(const SeriesKey& key, Time start, std::span<const WriteItem> items);
-    /// The same, in memory that does not grow with the count. What the source throws undoes all of it.
-    void write(const SeriesKey& key, Time start, std::int32_t count, const WriteSource& source);
-    /// The same for singles with codes, the form that bulk data comes in.
-    void write(const SeriesKey& key, Time start, std::span<const float> values,
-               std::span<const MonitorCode> codes);
+    /// Writes consecutive intervals, all of them or none. On the disk when it returns. The mask says what is
+    /// written of each interval, as many as the run has; without one everything is.
+    void write(const SeriesKey& key, Time start, const Run& run, std::span<const WriteParts> mask = {});
 
     /// Takes values in ascending order of time, much faster than single writes. They count once finish() was
     /// called and the transaction around it is committed.
@@ -94,8 +95,6 @@ class SeriesStore {
                  const RunPart& part);
     [[nodiscard]] std::string damageSentence(const SeriesKey& key, std::int64_t chunk) const;
     [[noreturn]] void failChunk(const SeriesKey& key, std::int64_t chunk) const;
-    template <typename Whole, typename Edit>
-    void edit(const SeriesKey& key, std::int64_t first, std::int64_t count, Whole whole, Edit change);
 
     Database& db_;
     Statement find_series_;

@@ -196,26 +196,7 @@ void Site::write(Pid pid, const Span& span, const Run& run, std::span<const Writ
     if (!mask.empty()) requireCount(span, mask.size());
     requireStorable(pid, run, mask);
     const SeriesKey key = writableSeries(parameters(), pid, &span.interval);
-    storeOf(key.interval).write(key, span.start, items);
-}
-
-void Site::write(Pid pid, const Span& span, const WriteSource& source) {
-    const SeriesKey key = writableSeries(parameters(), pid, &span.interval);
-    storeOf(key.interval)
-        .write(key, span.start, span.count, [&](std::int32_t first, std::span<WriteItem> room) {
-            source(first, room);
-            for (const WriteItem& item : room)
-                if (item.value) requireStorable(pid, item.item.value);
-        });
-}
-
-void Site::write(Pid pid, const Span& span, std::span<const float> values,
-                 std::span<const MonitorCode> codes) {
-    requireCount(span, values.size());
-    requireCount(span, codes.size());
-    for (const float value : values) requireFinite(pid, static_cast<double>(value));
-    const SeriesKey key = writableSeries(parameters(), pid, &span.interval);
-    storeOf(key.interval).write(key, span.start, values, codes);
+    storeOf(key.interval).write(key, span.start, run, mask);
 }
 
 std::vector<std::string> Site::check() {

@@ -98,11 +98,11 @@ class Site {
     // diskFull.
 
     void write(Pid pid, Time time, const WriteItem& item);
-    void write(Pid pid, const Span& span, std::span<const WriteItem> items);
-    /// The same from a source that is asked piece by piece, so that no second copy of the run is needed.
-    void write(Pid pid, const Span& span, const WriteSource& source);
-    /// Singles with their codes, as many of each as the span counts.
-    void write(Pid pid, const Span& span, std::span<const float> values, std::span<const MonitorCode> codes);
+    /// A run of as many intervals as the span counts, in one transaction. The mask says what is written of
+    /// each interval, as many as the span counts; an empty one writes everything. What it leaves out is not
+    /// looked at. Needs memory for one chunk beyond what is given. Throws outOfRange for a run or a mask of
+    /// another length.
+    void write(Pid pid, const Span& span, const Run& run, std::span<const WriteParts> mask = {});
 
     /// Reads everything and returns a sentence for each damage that was found.
     [[nodiscard]] std::vector<std::string> check();

@@ -2,6 +2,7 @@
 #include <cmath>
 
 #include "data_interface/value.h"
+#include "items.h"
 #include "on_engine.h"
 
 namespace vtdn::embedded::test {
@@ -132,11 +133,10 @@ TEST_F(EngineData, ADataArrayGivesTheSameByItemsAndByRuns) {
 TEST_F(EngineData, ARunBeginsAtAnyItem) {
     {
         store::Site site(connections(), "DEMO");
-        const std::vector<float> values{1.5F, 2.5F, 3.5F, 4.5F};
-        const std::vector<store::MonitorCode> codes{1, 1, 2, 3};
+        const std::vector<store::Item> items{{1.5F, 1}, {2.5F, 1}, {3.5F, 2}, {4.5F, 3}};
         site.write(hourPid,
                    store::Span::define(store::timeOf({2007, 3, 25, 0, 0, 0}), 4, store::Interval::of("h", 1)),
-                   values, codes);
+                   store::test::runOf(items));
     }
     const auto data = readRun(hourPid, hour(0), 4, L"h", 1);
     const auto items = byItems(data, 4);

@@ -373,7 +373,9 @@ TEST_F(EngineFill, RandomWritesLeaveWhatOneByOneWritesLeave) {
                 data.setItem(first + 1, com::Variant::of(LONG{step}), mc);
                 expected[at] = {std::int32_t{step}, mc};
         }
-        if (step % 100 == 99) EXPECT_EQ(byRuns(data, count), expected);
+        if (step % 100 == 99) {
+            EXPECT_EQ(byRuns(data, count), expected);
+        }
     }
     EXPECT_EQ(itemsOf(data, count), expected);
 }
