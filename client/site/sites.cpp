@@ -110,7 +110,7 @@ class LoadSink final : public ValueSink {
     LoadSink(store::Load* load, const SiteDefinition& site, const ImportProblems& problems)
         : load_(load), site_(site), problems_(problems) {}
     void append(std::size_t parameter, store::Time time, store::Item item) override {
-        if (load_ && problems_.none()) load_->append(site_.parameters[parameter].pid, time, std::move(item));
+        if (load_ && problems_.none()) load_->append(site_.parameters[parameter].pid, time, item);
     }
 
   private:

@@ -129,20 +129,20 @@ TEST(RunFile, EveryBrokenRowIsListedWithItsLineAndItsReason) {
                         "2007-01-08 18:00,1,many\n"
                         "2007-01-08 19:00,1,100\n"
                         "2007-01-08 20:00,1\n")),
-        (Lines{"run.csv:3: column \"time\": \"8.1.2007 14:00\" is no time; times look like 2007-03-25 "
-               "06:00 or 2007-03-25 06:00:30",
+        (Lines{("run.csv:3: column \"time\": \"8.1.2007 14:00\" is no time; times look like 2007-03-25 "
+                "06:00 or 2007-03-25 06:00:30"),
                "run.csv:4: column \"time\": 2007-01-08 14:30 is not on the 1h interval of 5-020-3-00-00",
-               "run.csv:5: column \"time\": 2007-01-08 13:00 is not later than 2007-01-08 13:00, which "
-               "5-020-3-00-00 has a row for already; sort the rows by time",
-               "run.csv:6: column \"value\": \"12,5\" begins like a number and is none that can be "
-               "stored; numbers look like -12.5 or 6.02e23",
-               "run.csv:7: column \"value\": \"1e39\" is out of the range of single precision, which "
-               "numbers are written in",
-               "run.csv:8: column \"value\": \"(5)\" is a number by this computer's settings and none "
-               "in a file; numbers look like -12.5 or 6.02e23",
+               ("run.csv:5: column \"time\": 2007-01-08 13:00 is not later than 2007-01-08 13:00, which "
+                "5-020-3-00-00 has a row for already; sort the rows by time"),
+               ("run.csv:6: column \"value\": \"12,5\" begins like a number and is none that can be "
+                "stored; numbers look like -12.5 or 6.02e23"),
+               ("run.csv:7: column \"value\": \"1e39\" is out of the range of single precision, which "
+                "numbers are written in"),
+               ("run.csv:8: column \"value\": \"(5)\" is a number by this computer's settings and none "
+                "in a file; numbers look like -12.5 or 6.02e23"),
                "run.csv:9: column \"mc\": \"many\" is no monitor code; it has to be a whole number",
-               "run.csv:10: column \"mc\": the site has no monitor code 100; `vtdn names mc` lists "
-               "those that it has",
+               ("run.csv:10: column \"mc\": the site has no monitor code 100; `vtdn names mc` lists "
+                "those that it has"),
                "run.csv:11: the line has 2 fields and the header 3"}));
 }
 
