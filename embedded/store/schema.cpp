@@ -95,6 +95,7 @@ constexpr const char* alarmScripts[] = {VTDN_SITE_TABLE, R"(
 
 // chunk.id is series.id * 2^32 + chunk number + 2^31: chunks lie in the file in the order they are read in,
 // and rows of this kind fill their pages, which rows under a key of two columns would not.
+// data_point_text has what a data point holds beside value and code, for the few that hold it.
 constexpr const char* dataScripts[] = {VTDN_SITE_TABLE R"(
     CREATE TABLE series (
         id INTEGER PRIMARY KEY,
@@ -103,7 +104,15 @@ constexpr const char* dataScripts[] = {VTDN_SITE_TABLE R"(
         UNIQUE (pid, interval)) STRICT;
     CREATE TABLE chunk (
         id INTEGER PRIMARY KEY,
-        data BLOB NOT NULL) STRICT;)"};
+        data BLOB NOT NULL) STRICT;)",
+                                       R"(
+    CREATE TABLE data_point_text (
+        series INTEGER NOT NULL REFERENCES series,
+        time INTEGER NOT NULL,
+        occurrence TEXT NOT NULL,
+        extra TEXT NOT NULL,
+        checksum INTEGER NOT NULL,
+        PRIMARY KEY (series, time)) STRICT, WITHOUT ROWID;)"};
 
 #undef VTDN_SITE_TABLE
 

@@ -55,15 +55,14 @@ SeriesStore::SeriesStore(Database& db)
           "INSERT INTO chunk (id, data) VALUES (?, ?) ON CONFLICT (id) DO UPDATE SET data = excluded.data"),
       remove_chunk_(db, "DELETE FROM chunk WHERE id = ?") {}
 
-// 0 when nothing was ever written to the series.
-std::int64_t SeriesStore::findSeries(const SeriesKey& key) {
+std::int64_t SeriesStore::find(const SeriesKey& key) {
     ResetAtEnd reset(find_series_);
     find_series_.bindAll(key.pid, key.interval.text());
     return find_series_.step() ? find_series_.number(0) : 0;
 }
 
-std::int64_t SeriesStore::findOrAddSeries(const SeriesKey& key) {
-    if (const auto found = findSeries(key); found != 0) return found;
+std::int64_t SeriesStore::findOrAdd(const SeriesKey& key) {
+    if (const auto found = find(key); found != 0) return found;
     add_series_.bindAll(key.pid, key.interval.text()).run();
     return db_.lastInsertedRow();
 }
@@ -75,8 +74,14 @@ std::string SeriesStore::damageSentence(const SeriesKey& key, std::int64_t chunk
            quote(db_.file()) + ". Restore it from a backup, or import these values again.";
 }
 
-void SeriesStore::failChunk(const SeriesKey& key, std::int64_t chunk) const {
-    throw Error(ErrorKind::databaseDamaged, damageSentence(key, chunk));
+// Appends slots of a chunk to a run.
+void SeriesStore::decodeRow(const SeriesKey& key, std::int64_t row, std::span<const std::byte> blob,
+                            std::int32_t first, std::int32_t count, Run& run) const {
+    try {
+        decodeChunk(blob, checksumKey(row), first, count, run);
+    } catch (const DamagedChunk&) {
+        throw Error(ErrorKind::databaseDamaged, damageSentence(key, chunkOfRow(row)));
+    }
 }
 
 // All slots of a chunk.
@@ -85,11 +90,7 @@ void SeriesStore::loadChunk(const SeriesKey& key, std::int64_t series, std::int6
     run.clear();
     ResetAtEnd reset(get_chunk_);
     get_chunk_.bindAll(row);
-    try {
-        if (get_chunk_.step()) decodeChunk(get_chunk_.blob(0), checksumKey(row), 0, slotsPerChunk, run);
-    } catch (const DamagedChunk&) {
-        failChunk(key, chunk);
-    }
+    if (get_chunk_.step()) decodeRow(key, row, get_chunk_.blob(0), 0, slotsPerChunk, run);
     run.finish(slotsPerChunk);
 }
 
@@ -163,7 +164,7 @@ void SeriesStore::read(const SeriesKey& key, Time start, std::int32_t count, Run
         at = until;
     };
     const Snapshot snapshot(db_);
-    if (const auto series = findSeries(key); series != 0) {
+    if (const auto series = find(key); series != 0) {
         ResetAtEnd reset(get_chunks_);
         get_chunks_.bindAll(rowOf(series, chunkOfIndex(first)), rowOf(series, chunkOfIndex(end - 1)));
         while (get_chunks_.step()) {
@@ -171,17 +172,37 @@ void SeriesStore::read(const SeriesKey& key, Time start, std::int32_t count, Run
             const std::int64_t begin = chunkOfRow(row) * slotsPerChunk;
             if (begin > at) appendNothing(begin);
             const std::int64_t stop = std::min(begin + slotsPerChunk, end);
-            try {
-                decodeChunk(get_chunks_.blob(1), checksumKey(row), static_cast<std::int32_t>(at - begin),
-                            static_cast<std::int32_t>(stop - at), run);
-            } catch (const DamagedChunk&) {
-                failChunk(key, chunkOfRow(row));
-            }
+            decodeRow(key, row, get_chunks_.blob(1), static_cast<std::int32_t>(at - begin),
+                      static_cast<std::int32_t>(stop - at), run);
             at = stop;
         }
     }
     appendNothing(end);
     run.finish(count);
+}
+
+void SeriesStore::forEachStored(const SeriesKey& key, Time first, Time last, const EachStored& each) {
+    std::int64_t from = key.interval.index(first);
+    if (key.interval.begin(from) < first) ++from;
+    const std::int64_t end = key.interval.index(last) + 1;
+    if (from >= end) return;
+    const Snapshot snapshot(db_);
+    const auto series = find(key);
+    if (series == 0) return;
+    const ResetAtEnd reset(get_chunks_);
+    get_chunks_.bindAll(rowOf(series, chunkOfIndex(from)), rowOf(series, chunkOfIndex(end - 1)));
+    Run run;
+    while (get_chunks_.step()) {
+        const auto row = get_chunks_.number(0);
+        const std::int64_t begin = chunkOfRow(row) * slotsPerChunk;
+        const std::int64_t at = std::max(begin, from);
+        const auto count = static_cast<std::int32_t>(std::min(begin + slotsPerChunk, end) - at);
+        run.clear();
+        decodeRow(key, row, get_chunks_.blob(1), static_cast<std::int32_t>(at - begin), count, run);
+        run.finish(count);
+        for (std::int32_t i = 0; i < count; ++i)
+            if (Item item = run.item(i); item != Item{}) each(key.interval.begin(at + i), std::move(item));
+    }
 }
 
 void SeriesStore::write(const SeriesKey& key, Time time, const WriteItem& item) {
@@ -198,7 +219,7 @@ void SeriesStore::write(const SeriesKey& key, Time start, const Run& run, std::s
     if (!mask.empty() && mask.size() != static_cast<std::size_t>(run.count()))
         throw Error(ErrorKind::internal, "A run was given a mask of another length.");
     Transaction transaction(db_);
-    const auto series = findOrAddSeries(key);
+    const auto series = findOrAdd(key);
     const std::int64_t first = key.interval.index(start);
     const std::int64_t end = first + run.count();
     for (std::int64_t at = first; at < end;) {
@@ -217,7 +238,7 @@ void SeriesStore::write(const SeriesKey& key, Time start, const Run& run, std::s
 }
 
 SeriesStore::Appender::Appender(SeriesStore& store, const SeriesKey& key)
-    : store_(store), key_(key), series_(store.findOrAddSeries(key)) {}
+    : store_(store), key_(key), series_(store.findOrAdd(key)) {}
 
 void SeriesStore::Appender::append(Time time, const Item& item) {
     requireBoundary(key_.pid, key_.interval, time);
@@ -250,19 +271,24 @@ void SeriesStore::Appender::finish() {
     mask_.clear();
 }
 
+std::map<std::int64_t, SeriesKey> SeriesStore::keys() {
+    std::map<std::int64_t, SeriesKey> all;
+    Statement series(db_, "SELECT id, pid, interval FROM series");
+    while (series.step())
+        all.insert({series.number(0), {series.integer(1), Interval::parse(series.text(2))}});
+    return all;
+}
+
 std::vector<std::string> SeriesStore::check() {
     std::vector<std::string> sentences;
     const Snapshot snapshot(db_);
-    std::map<std::int64_t, SeriesKey> keys;
-    Statement series(db_, "SELECT id, pid, interval FROM series");
-    while (series.step())
-        keys.insert({series.number(0), {series.integer(1), Interval::parse(series.text(2))}});
+    const auto known = keys();
     Statement chunks(db_, "SELECT id, data FROM chunk ORDER BY id");
     Run run;
     while (chunks.step()) {
         const auto row = chunks.number(0);
-        const auto key = keys.find(seriesOfRow(row));
-        if (key == keys.end()) {
+        const auto key = known.find(seriesOfRow(row));
+        if (key == known.end()) {
             sentences.push_back("The database " + quote(db_.file()) +
                                 " holds values that belong to no parameter. Restore it from a backup.");
             continue;

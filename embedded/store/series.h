@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -53,6 +54,12 @@ class SeriesStore {
     /// Reads consecutive intervals of the series' own length, as of one moment.
     void read(const SeriesKey& key, Time start, std::int32_t count, Run& run);
 
+    /// Called with the beginning and the item of an interval.
+    using EachStored = std::function<void(Time time, Item item)>;
+    /// Every interval that begins from first to last, any times with both included, and holds a value or a
+    /// code, in order of time. What lies between costs nothing.
+    void forEachStored(const SeriesKey& key, Time first, Time last, const EachStored& each);
+
     /// Writes one interval, or as much of it as the mask says. On the disk when it returns.
     void write(const SeriesKey& key, Time time, const WriteItem& item);
     /// Writes consecutive intervals, all of them or none. On the disk when it returns. The mask says what is
@@ -83,18 +90,26 @@ class SeriesStore {
     /// Number of intervals that hold a value or a code, over all series.
     [[nodiscard]] std::int64_t countStored();
 
+    // The number that stands for a series in this database.
+
+    /// 0 when nothing was ever written to the series.
+    [[nodiscard]] std::int64_t find(const SeriesKey& key);
+    /// Inside a transaction.
+    [[nodiscard]] std::int64_t findOrAdd(const SeriesKey& key);
+    /// All of them.
+    [[nodiscard]] std::map<std::int64_t, SeriesKey> keys();
+
   private:
     struct RunPart;
 
-    std::int64_t findSeries(const SeriesKey& key);
-    std::int64_t findOrAddSeries(const SeriesKey& key);
     void loadChunk(const SeriesKey& key, std::int64_t series, std::int64_t chunk, Run& run);
     void storeChunk(std::int64_t series, std::int64_t chunk, const Run& run, std::int32_t first,
                     std::int32_t count);
     void putPart(const SeriesKey& key, std::int64_t series, std::int64_t chunk, std::int32_t slot,
                  const RunPart& part);
     [[nodiscard]] std::string damageSentence(const SeriesKey& key, std::int64_t chunk) const;
-    [[noreturn]] void failChunk(const SeriesKey& key, std::int64_t chunk) const;
+    void decodeRow(const SeriesKey& key, std::int64_t row, std::span<const std::byte> blob,
+                   std::int32_t first, std::int32_t count, Run& run) const;
 
     Database& db_;
     Statement find_series_;

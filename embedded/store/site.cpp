@@ -65,12 +65,17 @@ struct Site::State {
     Databases databases;
     std::unique_ptr<SeriesStore> long_term;
     std::unique_ptr<SeriesStore> short_term;
+    std::unique_ptr<DataPointStore> long_term_points;
+    std::unique_ptr<DataPointStore> short_term_points;
     std::optional<Configuration> configuration;
     std::shared_ptr<RunStock> runs = std::make_shared<RunStock>();
 
     explicit State(Databases opened) : databases(std::move(opened)) {
         long_term = std::make_unique<SeriesStore>(*databases.at(DatabaseKind::data));
         short_term = std::make_unique<SeriesStore>(*databases.at(DatabaseKind::dataShortTerm));
+        long_term_points = std::make_unique<DataPointStore>(*databases.at(DatabaseKind::data), *long_term);
+        short_term_points =
+            std::make_unique<DataPointStore>(*databases.at(DatabaseKind::dataShortTerm), *short_term);
     }
 };
 
@@ -130,6 +135,10 @@ Database& Site::database(DatabaseKind kind) {
 
 SeriesStore& Site::storeOf(const Interval& interval) {
     return isShortTerm(interval) ? *state_->short_term : *state_->long_term;
+}
+
+DataPointStore& Site::pointsOf(const Interval& interval) {
+    return isShortTerm(interval) ? *state_->short_term_points : *state_->long_term_points;
 }
 
 const Configuration& Site::configuration() {
@@ -199,6 +208,17 @@ void Site::write(Pid pid, const Span& span, const Run& run, std::span<const Writ
     storeOf(key.interval).write(key, span.start, run, mask);
 }
 
+std::vector<DataPoint> Site::dataPoints(Pid pid, const Interval& interval, Time first, Time last) {
+    const SeriesKey key = dataPointSeries(parameters(), pid, interval);
+    return pointsOf(key.interval).list(key, first, last);
+}
+
+bool Site::setExtra(Pid pid, const Interval& interval, Time time, std::string_view text) {
+    const SeriesKey key = dataPointSeries(parameters(), pid, interval);
+    pointsOf(key.interval).write(key, time, PointText::extra, text);
+    return true;
+}
+
 std::vector<std::string> Site::check() {
     std::vector<std::string> sentences;
     for (auto& [kind, db] : state_->databases) {
@@ -206,9 +226,10 @@ std::vector<std::string> Site::check() {
             const auto before = sentences.size();
             checkPages(*db, sentences);
             const bool values = kind == DatabaseKind::data || kind == DatabaseKind::dataShortTerm;
-            if (values && sentences.size() == before)
-                for (std::string& sentence : SeriesStore(*db).check())
-                    sentences.push_back(std::move(sentence));
+            if (!values || sentences.size() != before) continue;
+            SeriesStore series(*db);
+            for (const auto& found : {series.check(), DataPointStore(*db, series).check()})
+                sentences.insert(sentences.end(), found.begin(), found.end());
         } catch (const Error& e) {
             // So damaged that it cannot even be looked at.
             sentences.emplace_back(e.what());

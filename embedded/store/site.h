@@ -12,6 +12,7 @@
 
 #include "store/alarms.h"
 #include "store/configuration.h"
+#include "store/data_points.h"
 #include "store/database.h"
 #include "store/interval.h"
 #include "store/run.h"
@@ -104,6 +105,17 @@ class Site {
     /// another length.
     void write(Pid pid, const Span& span, const Run& run, std::span<const WriteParts> mask = {});
 
+    // Data points (see data_points.h), for parameters whose values are stored, at their own interval. Throws
+    // what dataPointSeries throws.
+
+    /// Every interval that begins from first to last, both included, and holds a value, a code or a text, in
+    /// order of time. Any times will do. Throws what DataPointStore::list throws.
+    [[nodiscard]] std::vector<DataPoint> dataPoints(Pid pid, const Interval& interval, Time first, Time last);
+    /// Writes the extra-value text of the interval that begins at the time and nothing else of it; "" removes
+    /// it. On the disk when it returns, and true then. Throws what DataPointStore::write throws, and
+    /// databaseReadOnly, databaseLocked, diskFull.
+    bool setExtra(Pid pid, const Interval& interval, Time time, std::string_view text);
+
     /// Reads everything and returns a sentence for each damage that was found.
     [[nodiscard]] std::vector<std::string> check();
 
@@ -112,6 +124,7 @@ class Site {
     struct State;
     explicit Site(std::unique_ptr<State> state);
     [[nodiscard]] SeriesStore& storeOf(const Interval& interval);
+    [[nodiscard]] DataPointStore& pointsOf(const Interval& interval);
 
     std::unique_ptr<State> state_;
 };

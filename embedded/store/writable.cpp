@@ -15,13 +15,6 @@ void requireFinite(Pid pid, double number) {
                                              pidText(pid) + ". Write no value instead.");
 }
 
-void requireShort(Pid pid, std::string_view text) {
-    if (text.size() > longestText)
-        throw Error(ErrorKind::badValue, "A text of " + std::to_string(text.size()) +
-                                             " bytes is too long to be stored for " + pidText(pid) +
-                                             ". The longest has " + std::to_string(longestText) + ".");
-}
-
 // Numbers of one kind, the first of which belongs to the first of the mask.
 template <typename T>
 void requireFinite(Pid pid, std::span<const T> numbers, std::span<const WriteParts> mask) {
@@ -32,9 +25,16 @@ void requireFinite(Pid pid, std::span<const T> numbers, std::span<const WritePar
 
 }  // namespace
 
+void requireStorableText(Pid pid, std::string_view text) {
+    if (text.size() > longestText)
+        throw Error(ErrorKind::badValue, "A text of " + std::to_string(text.size()) +
+                                             " bytes is too long to be stored for " + pidText(pid) +
+                                             ". The longest has " + std::to_string(longestText) + ".");
+}
+
 void requireStorable(Pid pid, const Value& value) {
     if (const auto number = numberOf(value)) requireFinite(pid, *number);
-    if (const auto* text = std::get_if<std::string>(&value)) requireShort(pid, *text);
+    if (const auto* text = std::get_if<std::string>(&value)) requireStorableText(pid, *text);
 }
 
 void requireStorable(Pid pid, const Run& run, std::span<const WriteParts> mask) {
@@ -47,7 +47,7 @@ void requireStorable(Pid pid, const Run& run, std::span<const WriteParts> mask) 
         if (s.kind != ValueKind::text) continue;
         for (std::int32_t i = 0; i < s.count; ++i)
             if (part.empty() || takesValue(part[static_cast<std::size_t>(i)]))
-                requireShort(pid, run.text(s, i));
+                requireStorableText(pid, run.text(s, i));
     }
 }
 

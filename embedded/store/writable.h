@@ -2,6 +2,7 @@
 #pragma once
 
 #include <span>
+#include <string_view>
 
 #include "store/parameters.h"
 #include "store/run.h"
@@ -15,6 +16,9 @@ namespace vtdn::store {
 void requireStorable(Pid pid, const Value& value);
 /// The same for the values of a run that the mask takes (an empty one takes all).
 void requireStorable(Pid pid, const Run& run, std::span<const WriteParts> mask);
+
+/// The same for a text that is no value.
+void requireStorableText(Pid pid, std::string_view text);
 
 /// The series of a database parameter. Throws unknownParameter, notWritable, and badInterval when an interval
 /// is asked for that is not the parameter's own.

@@ -15,6 +15,7 @@
 #include "old_files.h"
 #include "power_cut_disk.h"
 #include "store/alarms.h"
+#include "store/data_points.h"
 #include "store/error.h"
 #include "store/schema.h"
 
@@ -167,11 +168,75 @@ TEST(PowerCut, AlarmsThatWereAcknowledgedSurvive) {
     EXPECT_GT(acknowledged, 300U);
 }
 
-TEST(PowerCut, AnOldFileIsBroughtUpToDateWhollyOrNotAtAll) {
+// What of the texts was acknowledged, and at most the one that was under way besides; the values beside them
+// stay.
+TEST(PowerCut, TextsOfDataPointsThatWereAcknowledgedSurvive) {
     TempFolder folder;
     PowerCutDisk disk;
-    const std::string file = folder.file("config.db");
-    makeOld(file, configVersion1);
+    const std::string file = folder.file("data_short_term.db");
+    { const Database made = createDatabase(DatabaseKind::dataShortTerm, file, "S"); }
+    {
+        Database db = openDatabase(DatabaseKind::dataShortTerm, file);
+        SeriesStore series(db);
+        series.write(minutes, 0, runOf(std::vector<Item>(10, Item{1.5F, 3})));
+    }
+    std::mt19937 random(63);
+    int acknowledged = 0;
+    const auto textOf = [](const DataPoint& point) {
+        return point.extra.empty() ? 0 : std::stoi(point.extra);
+    };
+    for (int cut = 0; cut < 300; ++cut) {
+        disk.cutAfter(1 + static_cast<std::int64_t>(random() % 40));
+        try {
+            Database db = openDatabase(DatabaseKind::dataShortTerm, file);
+            SeriesStore series(db);
+            DataPointStore points(db, series);
+            while (true) {
+                const int next = acknowledged + 1;
+                points.write(minutes, next % 10 * 60, PointText::extra, std::to_string(next));
+                acknowledged = next;
+            }
+        } catch (const Error&) {
+            EXPECT_TRUE(disk.isOff()) << "nothing but the power cut may end a write";
+        }
+        disk.restart(random);
+        Database db = openDatabase(DatabaseKind::dataShortTerm, file);
+        SeriesStore series(db);
+        const std::vector<DataPoint> stored = DataPointStore(db, series).list(minutes, 0, 9 * 60);
+        ASSERT_EQ(stored.size(), 10U) << "cut " << cut;
+        int latest = 0;
+        for (const DataPoint& point : stored) latest = std::max(latest, textOf(point));
+        ASSERT_TRUE(latest == acknowledged || latest == acknowledged + 1) << "cut " << cut;
+        for (const DataPoint& point : stored) {
+            ASSERT_EQ(point.item, (Item{1.5F, 3}));
+            // The latest text that was written to this interval, if any.
+            const int place = static_cast<int>(point.time / 60);
+            const int wanted = latest - (latest - place + 10) % 10;
+            ASSERT_EQ(textOf(point), std::max(wanted, 0)) << "cut " << cut;
+        }
+        acknowledged = latest;
+    }
+    EXPECT_GT(acknowledged, 300);
+}
+
+struct OldFile {
+    DatabaseKind kind;
+    const char* script;
+    const char* tables;  // those that version 2 adds
+    std::int64_t count;
+};
+
+class OldFilePowerCut : public testing::TestWithParam<OldFile> {};
+
+TEST_P(OldFilePowerCut, IsBroughtUpToDateWhollyOrNotAtAll) {
+    const OldFile& old_file = GetParam();
+    TempFolder folder;
+    PowerCutDisk disk;
+    const std::string file = folder.file("old.db");
+    makeOld(file, old_file.script);
+    const std::string count_tables =
+        std::string("SELECT count(*) FROM sqlite_schema WHERE type = 'table' AND name IN (") +
+        old_file.tables + ")";
     const PowerCutDisk::Image old = disk.image();
     std::mt19937 random(2);
     int unchanged = 0;
@@ -180,7 +245,7 @@ TEST(PowerCut, AnOldFileIsBroughtUpToDateWhollyOrNotAtAll) {
         disk.restore(old);
         disk.cutAfter(operations);
         try {
-            (void)openDatabase(DatabaseKind::config, file);
+            (void)openDatabase(old_file.kind, file);
         } catch (const Error&) {
             EXPECT_TRUE(disk.isOff());
         }
@@ -189,19 +254,38 @@ TEST(PowerCut, AnOldFileIsBroughtUpToDateWhollyOrNotAtAll) {
         {
             Database db(file, {});
             version = db.queryNumber("PRAGMA user_version");
-            const auto tables = db.queryNumber(
-                "SELECT count(*) FROM sqlite_schema WHERE name IN "
-                "('special_value', 'relationship', 'unit', 'parameter_code')");
-            ASSERT_EQ(tables, version == 1 ? 0 : 4) << "after " << operations;
+            ASSERT_EQ(db.queryNumber(count_tables.c_str()), version == 1 ? 0 : old_file.count)
+                << "after " << operations;
         }
         ++(version == 1 ? unchanged : done);
-        Database db = openDatabase(DatabaseKind::config, file);
-        ASSERT_EQ(ParameterSet::load(db).entries().size(), 3U);
+        Database db = openDatabase(old_file.kind, file);
+        if (old_file.kind == DatabaseKind::config) {
+            ASSERT_EQ(ParameterSet::load(db).entries().size(), 4U);
+        } else {
+            ASSERT_EQ(SeriesStore(db).countStored(), 1);
+        }
         ASSERT_EQ(db.queryNumber("PRAGMA user_version"), 2);
     }
     EXPECT_GT(unchanged, 3);
     EXPECT_GT(done, 3);
 }
+
+INSTANTIATE_TEST_SUITE_P(
+    AllKinds, OldFilePowerCut,
+    testing::Values(OldFile{DatabaseKind::config, configVersion1,
+                            "'special_value', 'relationship', 'unit', 'parameter_code'", 4},
+                    OldFile{DatabaseKind::data, dataVersion1, "'data_point_text'", 1},
+                    OldFile{DatabaseKind::dataShortTerm, dataShortTermVersion1, "'data_point_text'", 1}),
+    [](const auto& old_file) {
+        switch (old_file.param.kind) {
+            case DatabaseKind::config:
+                return "Config";
+            case DatabaseKind::data:
+                return "Data";
+            default:
+                return "ShortTerm";
+        }
+    });
 
 // The child writes the stamp of each acknowledged write to the pipe. Runs and single intervals, one stamp
 // each.

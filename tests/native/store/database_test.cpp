@@ -179,6 +179,12 @@ TEST(Site, DatabasesOfAnotherSiteOrInTheWrongPlaceAreRefused) {
     expectError(ErrorKind::malformedConnection, [&] { Site({}, ""); });
 }
 
+// The first intervals of the damaged site have a text as well, which together fill most of a page.
+constexpr std::int32_t texts = 28;
+std::string textOf(std::int32_t interval) {
+    return std::to_string(interval) + std::string(230, 'x');
+}
+
 // What a reader of a damaged site is told.
 struct Outcome {
     bool refused = false;  // opening or reading was
@@ -196,6 +202,12 @@ Outcome lookAt(const std::string& folder, const std::vector<Item>& expected) {
         site.read(minutePid, Span::define(0, count, Interval::parse("1m")), run);
         for (std::int32_t i = 0; i < count; ++i)
             outcome.same = outcome.same && run.item(i) == expected[static_cast<std::size_t>(i)];
+        std::vector<DataPoint> points;
+        points.reserve(texts);
+        for (std::int32_t i = 0; i < texts; ++i)
+            points.push_back({Time{i} * 60, expected[static_cast<std::size_t>(i)], "", textOf(i)});
+        outcome.same = outcome.same &&
+                       site.dataPoints(minutePid, Interval::parse("1m"), 0, Time{texts - 1} * 60) == points;
     } catch (const Error&) {
         outcome.refused = true;
     }
@@ -213,6 +225,8 @@ TEST(Damage, FlippedBitsInTheDataFileNeverCrashAndWrongValuesNeverGoUnnoticed) {
         Site site = Site::create(SiteConnections::inFolder(folder.path()), "DEMO");
         replaceParameters(site.database(DatabaseKind::config), demoParameters());
         site.write(minutePid, Span::define(0, count, Interval::parse("1m")), runOf(expected));
+        for (std::int32_t i = 0; i < texts; ++i)
+            site.setExtra(minutePid, Interval::parse("1m"), Time{i} * 60, textOf(i));
     }
     const std::string file = folder.file("data_short_term.db");
     const std::string whole = readFile(file);

@@ -7,16 +7,18 @@
 #include <array>
 
 #include "child.h"
-#include "demo_site.h"
 #include "expect_error.h"
 #include "old_files.h"
+#include "point_site.h"
 #include "store/error.h"
 #include "store/schema.h"
 
 namespace vtdn::store::test {
 namespace {
 
-// A site whose config and alarm databases are of version 1.
+constexpr std::array newerFiles{"config.db", "alarm.db", "data.db", "data_short_term.db"};
+
+// A site whose databases are of version 1, where there is another.
 struct OldSite {
     TempFolder folder;
     SiteConnections connections = SiteConnections::inFolder(folder.path());
@@ -25,6 +27,8 @@ struct OldSite {
         { const Site made = Site::create(connections, "DEMO"); }
         putOld("config.db", configVersion1);
         putOld("alarm.db", alarmVersion1);
+        putOld("data.db", dataVersion1);
+        putOld("data_short_term.db", dataShortTermVersion1);
     }
     void putOld(const char* name, const char* script) const {
         removeDatabase(folder.file(name));
@@ -39,7 +43,7 @@ TEST(Migration, BringsOldFilesUpToDateWithAllThatTheyHold) {
     const OldSite old;
     {
         Site site(old.connections, "DEMO");
-        EXPECT_EQ(site.parameters().entries().size(), 3U);
+        EXPECT_EQ(site.parameters().entries().size(), 4U);
         EXPECT_EQ(site.parameters().get(minutePid).units, "ppm");
         EXPECT_EQ(site.parameters().get(minutePid).parameter_type, 3);
         EXPECT_EQ(site.parameters().get(averagePid).uses, std::vector<Pid>{minutePid});
@@ -50,9 +54,13 @@ TEST(Migration, BringsOldFilesUpToDateWithAllThatTheyHold) {
         EXPECT_EQ(site.unitName(5), "");
         EXPECT_TRUE(site.parameterCodes().codes().empty());
         EXPECT_TRUE(site.alarms().empty());
+        const Points hours = site.dataPoints(hourPid, hour, earliestTime, latestTime);
+        EXPECT_EQ(hours, (Points{{at(1), {1.5F, 3}, "", ""}}));
+        const Points minutes = site.dataPoints(minutePid, minute, earliestTime, latestTime);
+        EXPECT_EQ(minutes, (Points{{at(1), {1.5F, 3}, "", ""}}));
+        EXPECT_TRUE(site.check().empty());
     }
-    EXPECT_EQ(old.query("config.db", "PRAGMA user_version"), 2);
-    EXPECT_EQ(old.query("alarm.db", "PRAGMA user_version"), 2);
+    for (const char* name : newerFiles) EXPECT_EQ(old.query(name, "PRAGMA user_version"), 2) << name;
 }
 
 TEST(Migration, WhatIsNewWorksOnAnOldFile) {
@@ -66,6 +74,8 @@ TEST(Migration, WhatIsNewWorksOnAnOldFile) {
         load.replaceParameterCodes(std::vector<ParameterCodeName>{{3, "SO2", "Sulfur dioxide"}});
         load.commit();
         site.writeAlarm({0, "DEMO", 0, "text", "", 4, "", ""});
+        site.setExtra(hourPid, hour, at(1), "hour");
+        site.setExtra(minutePid, minute, at(2), "minute");
     }
     Site site(old.connections, "DEMO");
     EXPECT_EQ(site.specialValue(minutePid, -22), SpecialValue(std::string("40CFR75")));
@@ -73,13 +83,17 @@ TEST(Migration, WhatIsNewWorksOnAnOldFile) {
     EXPECT_EQ(site.unitName(5), "Boiler");
     EXPECT_EQ(site.parameterCodes().codes().at(3).short_name, "SO2");
     EXPECT_EQ(site.alarms().size(), 1U);
+    const Points hours = site.dataPoints(hourPid, hour, earliestTime, latestTime);
+    EXPECT_EQ(hours, (Points{{at(1), {1.5F, 3}, "", "hour"}}));
+    const Points minutes = site.dataPoints(minutePid, minute, earliestTime, latestTime);
+    EXPECT_EQ(minutes, (Points{{at(1), {1.5F, 3}, "", ""}, {at(2), {}, "", "minute"}}));
 }
 
 TEST(Migration, ANewFileAndAMigratedOneHaveTheSameTables) {
     const OldSite old;
     const DemoSite fresh;
     { const Site site(old.connections, "DEMO"); }
-    for (const char* name : {"config.db", "alarm.db"}) {
+    for (const char* name : newerFiles) {
         const auto tables = [name](const TempFolder& folder) {
             Database db(folder.file(name), {});
             Statement rows(db, "SELECT name || ' ' || sql FROM sqlite_schema WHERE sql IS NOT NULL");
