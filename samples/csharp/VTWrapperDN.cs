@@ -4,7 +4,8 @@
 //     var wrapper = (VTWrapperDN._DIWrapper)new VTWrapperDN.DIWrapper();
 //
 // Dates are local standard time. Arrays that a member fills are replaced by arrays from 0 to lngCount - 1; pass
-// dimensioned ones, never null. An engine failure arrives as a COMException with the engine's number and text.
+// dimensioned ones, never null. An array of objects that a member returns is null where there is nothing. An engine
+// failure arrives as a COMException with the engine's number and text.
 
 using System;
 using System.Runtime.InteropServices;
@@ -388,11 +389,141 @@ namespace VTWrapperDN
             int lngAlarmSeverity,
             [In, MarshalAs(UnmanagedType.BStr)] string strAlarmGroup,
             [In, MarshalAs(UnmanagedType.BStr)] string strAlarmSource);
+
+
+        // Data points of a tag.
+        /// <summary>Long-term (an hour and longer) data points of a tag from one time to another, in order of time; null where there is nothing.</summary>
+        [DispId(201)]
+        [return: MarshalAs(UnmanagedType.SafeArray, SafeArraySubType = VarEnum.VT_DISPATCH)]
+        _DataPointBasicWrapper[] GetLongTermDataPoints(
+            int lngTagID,
+            [In, MarshalAs(UnmanagedType.BStr)] string strInterval,
+            DateTime dtmFirst,
+            DateTime dtmLast);
+
+        /// <summary>Short-term (below an hour) data points of a tag from one time to another, in order of time; null where there is nothing.</summary>
+        [DispId(202)]
+        [return: MarshalAs(UnmanagedType.SafeArray, SafeArraySubType = VarEnum.VT_DISPATCH)]
+        _DataPointBasicWrapper[] GetShortTermDataPoints(
+            int lngTagID,
+            [In, MarshalAs(UnmanagedType.BStr)] string strInterval,
+            DateTime dtmFirst,
+            DateTime dtmLast);
+
+        /// <summary>A blank data point at a time; works before set-up, too.</summary>
+        [DispId(203)]
+        [return: MarshalAs(UnmanagedType.Interface)]
+        _DataPointBasicWrapper MakeBlankDataPointWrapper(DateTime dtmStart);
+
+        /// <summary>Writes the extra value of a long-term data point and nothing else of it.</summary>
+        [DispId(204)]
+        bool UpdateLongTermDataPointXValue(
+            [In, MarshalAs(UnmanagedType.Interface)] _DataPointBasicWrapper objDPWrapper,
+            int lngTagID,
+            [In, MarshalAs(UnmanagedType.BStr)] string strInterval);
+
+        /// <summary>Writes the extra value of a short-term data point and nothing else of it.</summary>
+        [DispId(205)]
+        bool UpdateShortTermDataPointXValue(
+            [In, MarshalAs(UnmanagedType.Interface)] _DataPointBasicWrapper objDPWrapper,
+            int lngTagID,
+            [In, MarshalAs(UnmanagedType.BStr)] string strInterval);
+    }
+
+    /// <summary>One stored value of a tag at a time.</summary>
+    [ComImport, Guid("28ACE052-88A6-4EE7-A371-81C054F9495A"), InterfaceType(ComInterfaceType.InterfaceIsDual)]
+    public interface _DataPointBasicWrapper
+    {
+        /// <summary>Time stamp.</summary>
+        [DispId(1)]
+        DateTime TStamp
+        {
+            [DispId(1)]
+            get;
+        }
+
+        /// <summary>Value; DBNull for none. Only numbers, and texts that read as numbers, are written.</summary>
+        [DispId(2)]
+        object NValue
+        {
+            [DispId(2)]
+            [return: MarshalAs(UnmanagedType.Struct)]
+            get;
+            [DispId(2)]
+            [param: In, MarshalAs(UnmanagedType.Struct)]
+            set;
+        }
+
+        /// <summary>True for an object without a data point only; to see whether there is a value, test NValue for DBNull.</summary>
+        [DispId(3)]
+        bool IsNValueNull
+        {
+            [DispId(3)]
+            get;
+        }
+
+        /// <summary>Clears the value.</summary>
+        [DispId(4)]
+        void SetNValueToNull();
+
+        /// <summary>Monitor code; DBNull for none. Only numbers, and texts that read as numbers, are written.</summary>
+        [DispId(5)]
+        object MC
+        {
+            [DispId(5)]
+            [return: MarshalAs(UnmanagedType.Struct)]
+            get;
+            [DispId(5)]
+            [param: In, MarshalAs(UnmanagedType.Struct)]
+            set;
+        }
+
+        /// <summary>True for an object without a data point only; to see whether there is a code, test MC for DBNull.</summary>
+        [DispId(6)]
+        bool IsMCNull
+        {
+            [DispId(6)]
+            get;
+        }
+
+        /// <summary>Clears the monitor code.</summary>
+        [DispId(7)]
+        void SetMCToNull();
+
+        /// <summary>Occurrence as the engine writes it.</summary>
+        [DispId(8)]
+        string OccDataXML
+        {
+            [DispId(8)]
+            [return: MarshalAs(UnmanagedType.BStr)]
+            get;
+            [DispId(8)]
+            [param: In, MarshalAs(UnmanagedType.BStr)]
+            set;
+        }
+
+        /// <summary>Extra value as the engine keeps it.</summary>
+        [DispId(9)]
+        string XValueXML
+        {
+            [DispId(9)]
+            [return: MarshalAs(UnmanagedType.BStr)]
+            get;
+            [DispId(9)]
+            [param: In, MarshalAs(UnmanagedType.BStr)]
+            set;
+        }
     }
 
     /// <summary>A wrapper around the data-interface engine of one DAHS.</summary>
     [ComImport, Guid("CDD8700E-2853-4DCB-8A86-00FBB41A5AF4"), ClassInterface(ClassInterfaceType.None)]
     public class DIWrapper
+    {
+    }
+
+    /// <summary>One stored value of a tag at a time. The component's operations hand it out: new fails.</summary>
+    [ComImport, Guid("476BBDD6-D693-42ED-8DBD-7735617BAABB"), ClassInterface(ClassInterfaceType.None)]
+    public class DataPointBasicWrapper
     {
     }
 }

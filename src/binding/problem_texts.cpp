@@ -32,22 +32,22 @@ std::wstring endedWith(std::wstring text, std::wstring_view end, Code code) {
 
 }  // namespace
 
-std::wstring doesNotExist(std::int32_t pid, Code code) {
-    auto text = startedWith(L"PID ");
+std::wstring aboutPid(std::wstring_view before, std::int32_t pid, std::wstring_view after, Code code) {
+    auto text = startedWith(before);
     common::appendPid(text, pid);
-    return endedWith(std::move(text), L" does not exist", code);
+    return endedWith(std::move(text), after, code);
+}
+
+std::wstring doesNotExist(std::int32_t pid, Code code) {
+    return aboutPid(L"PID ", pid, L" does not exist", code);
 }
 
 std::wstring wrongTimeType(std::int32_t pid, Code code) {
-    auto text = startedWith(L"PID ");
-    common::appendPid(text, pid);
-    return endedWith(std::move(text), L" time-type is wrong", code);
+    return aboutPid(L"PID ", pid, L" time-type is wrong", code);
 }
 
 std::wstring notDatabaseIo(std::int32_t pid, Code code) {
-    auto text = startedWith({});
-    common::appendPid(text, pid);
-    return endedWith(std::move(text), L" is not a DBDataIO parameter", code);
+    return aboutPid({}, pid, L" is not a DBDataIO parameter", code);
 }
 
 std::wstring unknownMonitorCode(std::int32_t mc, Code code) {
@@ -57,15 +57,11 @@ std::wstring unknownMonitorCode(std::int32_t mc, Code code) {
 }
 
 std::wstring differentSizes(std::int32_t pid, Code code) {
-    auto text = startedWith(L"Array sizes are different. Can't write values/MCs to ");
-    common::appendPid(text, pid);
-    return endedWith(std::move(text), {}, code);
+    return aboutPid(L"Array sizes are different. Can't write values/MCs to ", pid, {}, code);
 }
 
 std::wstring countMismatch(std::int32_t pid, Code code) {
-    auto text = startedWith(L"Count does not match array size. Can't write values/MCs to ");
-    common::appendPid(text, pid);
-    return endedWith(std::move(text), {}, code);
+    return aboutPid(L"Count does not match array size. Can't write values/MCs to ", pid, {}, code);
 }
 
 std::wstring trappedError(std::int32_t number, std::wstring_view description, Code code) {

@@ -18,6 +18,9 @@ constexpr Code code(std::uint8_t number) noexcept {
 //
 // PIDs are shown in their display form; an ill-formed one shows as nothing between its two blanks.
 
+/// A PID between two texts, and the code.
+std::wstring aboutPid(std::wstring_view before, std::int32_t pid, std::wstring_view after, Code code);
+
 /// PID 1-234-5-67-89 does not exist (WDN-nnn)
 std::wstring doesNotExist(std::int32_t pid, Code code);
 /// PID 1-234-5-67-89 time-type is wrong (WDN-nnn)

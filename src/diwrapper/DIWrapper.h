@@ -136,6 +136,17 @@ class DIWrapper final : public com::Object<DIWrapper, _DIWrapper> {
                                  BSTR strAlarmGroup, BSTR strAlarmSource,
                                  VARIANT_BOOL* result) noexcept override;
 
+    // Data points: src/occurrences/DIWrapper_data_points.cpp
+    STDMETHODIMP GetLongTermDataPoints(LONG lngTagID, BSTR strInterval, DATE dtmFirst, DATE dtmLast,
+                                       SAFEARRAY** result) noexcept override;
+    STDMETHODIMP GetShortTermDataPoints(LONG lngTagID, BSTR strInterval, DATE dtmFirst, DATE dtmLast,
+                                        SAFEARRAY** result) noexcept override;
+    STDMETHODIMP MakeBlankDataPointWrapper(DATE dtmStart, _DataPointBasicWrapper** result) noexcept override;
+    STDMETHODIMP UpdateLongTermDataPointXValue(_DataPointBasicWrapper* objDPWrapper, LONG lngTagID,
+                                               BSTR strInterval, VARIANT_BOOL* result) noexcept override;
+    STDMETHODIMP UpdateShortTermDataPointXValue(_DataPointBasicWrapper* objDPWrapper, LONG lngTagID,
+                                                BSTR strInterval, VARIANT_BOOL* result) noexcept override;
+
   private:
     HRESULT setUpForced(const engine::ForcedSite& site, std::wstring_view clientName,
                         VARIANT_BOOL* result) noexcept;

@@ -51,6 +51,46 @@ class ObjectWithTexts : public Object<I> {
     }
 };
 
+/// The same for properties of other types, as &DIDataPoint::get_TStamp.
+template <class I, class T>
+using Getter = HRESULT (STDMETHODCALLTYPE I::*)(T*);
+template <class I, class T>
+using Putter = HRESULT (STDMETHODCALLTYPE I::*)(T);
+
+/// A record of the engine: nothing but properties.
+template <class I>
+class Record : public ObjectWithTexts<I> {
+  public:
+    using ObjectWithTexts<I>::ObjectWithTexts;
+
+    [[nodiscard]] LONG number(Getter<I, LONG> property) const { return plain(property); }
+    [[nodiscard]] DATE date(Getter<I, DATE> property) const { return plain(property); }
+    [[nodiscard]] bool flag(Getter<I, VARIANT_BOOL> property) const {
+        return plain(property) != VARIANT_FALSE;
+    }
+    [[nodiscard]] com::Variant value(Getter<I, VARIANT> property) const {
+        com::Variant result;
+        com::check((this->get()->*property)(result.receive()));
+        return result;
+    }
+    template <class T>
+    void put(Putter<I, T> property, T value) const {
+        com::check((this->get()->*property)(value));
+    }
+    void put(Putter<I, VARIANT> property, const com::Variant& value) const {
+        com::check((this->get()->*property)(value.get()));
+    }
+    void call(HRESULT (STDMETHODCALLTYPE I::*method)()) const { com::check((this->get()->*method)()); }
+
+  private:
+    template <class T>
+    [[nodiscard]] T plain(Getter<I, T> property) const {
+        T result{};
+        com::check((this->get()->*property)(&result));
+        return result;
+    }
+};
+
 /// Objects of class T, in the engine's order.
 template <class T>
 class Collection : public Object<DICollection> {
@@ -264,6 +304,47 @@ class Utils : public Object<DIUtils> {
     }
 };
 
+class DataPoint : public Record<DIDataPoint> {
+  public:
+    using Record::Record;
+    static DataPoint create() { return engine::create<DataPoint>(CLSID_DIDataPointClass); }
+
+    void initialise(DATE timeStamp) const { com::check(get()->Initialise(timeStamp)); }
+};
+
+/// Which data points: those of a tag of a site at an interval. Borrowed.
+struct DataPointKey {
+    const com::Bstr& siteId;
+    LONG tagId;
+    BSTR interval;
+};
+
+/// A manager of data points, by its two operations.
+template <class I>
+class DataPoints : public Object<I> {
+  public:
+    using Object<I>::Object;
+    using Collected = Collection<DataPoint>;
+    using List = HRESULT (STDMETHODCALLTYPE I::*)(BSTR, LONG, BSTR, DATE, DATE, DICollection**);
+
+    /// None when there are none.
+    [[nodiscard]] Collected list(List which, const DataPointKey& key, DATE first, DATE last) const {
+        com::Ptr<DICollection> result;
+        com::check(
+            (this->get()->*which)(key.siteId.get(), key.tagId, key.interval, first, last, result.receive()));
+        return result ? Collected(std::move(result)) : Collected();
+    }
+    [[nodiscard]] bool updateXValue(const DataPointKey& key, DATE timeStamp, const com::Bstr& xValue) const {
+        VARIANT_BOOL result = VARIANT_FALSE;
+        com::check(this->get()->UpdateXValue(key.siteId.get(), key.tagId, key.interval, timeStamp,
+                                             xValue.get(), &result));
+        return result != VARIANT_FALSE;
+    }
+};
+
+using LongTermData = DataPoints<DIQAManager>;
+using ShortTermData = DataPoints<DIDataPointList>;
+
 class SelectedDahs : public ObjectWithTexts<DISelectedDahs> {
   public:
     using ObjectWithTexts::ObjectWithTexts;
@@ -328,6 +409,16 @@ class Engine : public ObjectWithTexts<DIEngine> {
         com::Ptr<DIAlarmWriter> result;
         com::check(get()->get_AlarmWriter(result.receive()));
         return AlarmWriter(std::move(result));
+    }
+    [[nodiscard]] LongTermData longTermData() const {
+        com::Ptr<DIQAManager> result;
+        com::check(get()->get_LongTermData(result.receive()));
+        return LongTermData(std::move(result));
+    }
+    [[nodiscard]] ShortTermData shortTermData() const {
+        com::Ptr<DIDataPointList> result;
+        com::check(get()->get_ShortTermData(result.receive()));
+        return ShortTermData(std::move(result));
     }
     /// The parameters that carry a relationship.
     [[nodiscard]] Collection<Param> relationshipParams() const {

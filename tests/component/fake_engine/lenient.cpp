@@ -10,7 +10,8 @@
 #include "engine/data_array_blocks.h"
 #include "engine/data_array_runs.h"
 #include "fake_engine/event_container.h"
-#include "fake_engine/object.h"
+#include "fake_engine/lenient_object.h"
+#include "fake_engine/lenient_points.h"
 
 namespace vtdn::fake {
 
@@ -19,32 +20,6 @@ namespace {
 /// Finds the C++ object behind a DIDataArray pointer; no one else knows it.
 constexpr GUID lenientArrayId = {
     0x6f6d2a51, 0x3d0e, 0x4c0b, {0x9e, 0x0d, 0x55, 0x7a, 0x41, 0x2c, 0x90, 0x13}};
-
-/// What every lenient object does: it counts itself and shows its calls to the tap.
-template <class Base>
-class Member : public Base {
-  public:
-    template <class... Arguments>
-    explicit Member(Site& site, Arguments&&... arguments)
-        : Base(std::forward<Arguments>(arguments)...), site_(site) {
-        ++site_.objects;
-    }
-    ~Member() override { --site_.objects; }
-
-  protected:
-    [[nodiscard]] HRESULT tapped(const char* call) const {
-        return site_.tap ? site_.tap->onCall(call) : S_OK;
-    }
-    [[nodiscard]] Site& site() const { return site_; }
-
-  private:
-    Site& site_;
-};
-
-HRESULT textOut(std::wstring_view text, BSTR* out) {
-    *out = SysAllocStringLen(text.data(), static_cast<UINT>(text.size()));
-    return *out ? S_OK : E_OUTOFMEMORY;
-}
 
 /// An interval of its own: a stored one that was fetched, or a new one.
 class DataItem final : public Member<EngineObject<DIDataArrayItem>> {
@@ -431,36 +406,17 @@ class Param final : public Member<EngineObject<DIParam>> {
 };
 
 /// The parameters of a site that a test picks, ascending by PID.
-class ParamList final : public Member<EngineObject<DICollection>> {
-  public:
-    template <class Pick>
-    ParamList(Site& site, Pick pick) : Member(site) {
-        for (auto& [pid, parameter] : site.parameters) {
-            if (pick(parameter)) pids_.push_back(pid);
-        }
+template <class Pick>
+com::Ptr<DICollection> listOf(Site& site, Pick pick) {
+    std::vector<LONG> pids;
+    for (auto& [pid, parameter] : site.parameters) {
+        if (pick(parameter)) pids.push_back(pid);
     }
-
-    HRESULT STDMETHODCALLTYPE get_Count(LONG* result) override {
-        if (const HRESULT failed = tapped("DICollection.Count"); FAILED(failed)) return failed;
-        *result = static_cast<LONG>(pids_.size());
-        return S_OK;
-    }
-    HRESULT STDMETHODCALLTYPE Item(LONG index, IDispatch** result) override {
-        *result = nullptr;
-        if (const HRESULT failed = tapped("DICollection.Item"); FAILED(failed)) return failed;
-        if (index < 1 || static_cast<std::size_t>(index) > pids_.size()) return DISP_E_BADINDEX;
-        const LONG pid = pids_[static_cast<std::size_t>(index) - 1];
-        com::Ptr<IDispatch>(new Param(site(), pid, site().parameters.at(pid))).detachTo(result);
-        return S_OK;
-    }
-    HRESULT STDMETHODCALLTYPE get__NewEnum(IUnknown** result) override {
-        *result = nullptr;
-        return E_NOTIMPL;
-    }
-
-  private:
-    std::vector<LONG> pids_;
-};
+    const std::size_t count = pids.size();
+    return com::Ptr<DICollection>(new List(site, count, [&site, pids = std::move(pids)](std::size_t i) {
+        return com::Ptr<IDispatch>(new Param(site, pids[i], site.parameters.at(pids[i])));
+    }));
+}
 
 class Params final : public Member<EngineObject<DIParams>> {
   public:
@@ -605,9 +561,16 @@ class Engine final : public Member<WithEvents<EngineObject<DIEngine, IConnection
     HRESULT STDMETHODCALLTYPE get_AlarmWriter(DIAlarmWriter** result) override {
         return object<fake::AlarmWriter>("DIEngine.AlarmWriter", result);
     }
+    HRESULT STDMETHODCALLTYPE get_LongTermData(DIQAManager** result) override {
+        return handOut("DIEngine.LongTermData", result, [this] { return makeLongTermData(site()); });
+    }
+    HRESULT STDMETHODCALLTYPE get_ShortTermData(DIDataPointList** result) override {
+        return handOut("DIEngine.ShortTermData", result, [this] { return makeShortTermData(site()); });
+    }
     HRESULT STDMETHODCALLTYPE RelationshipParams(LONG, LONG, DICollection** result) override {
-        return object<ParamList>("DIEngine.RelationshipParams", result, [](const Parameter& parameter) {
-            return parameter.relationship.has_value();
+        return handOut("DIEngine.RelationshipParams", result, [this] {
+            return listOf(site(),
+                          [](const Parameter& parameter) { return parameter.relationship.has_value(); });
         });
     }
     HRESULT STDMETHODCALLTYPE ParamsOfTypes(SAFEARRAY* types, DICollection** result) override {
@@ -615,8 +578,9 @@ class Engine final : public Member<WithEvents<EngineObject<DIEngine, IConnection
         com::Variant type;
         if (const HRESULT failed = SafeArrayGetElement(types, &first, type.receive()); FAILED(failed))
             return failed;
-        return object<ParamList>("DIEngine.ParamsOfTypes", result, [&type](const Parameter& parameter) {
-            return parameter.type == type.get().lVal;
+        return handOut("DIEngine.ParamsOfTypes", result, [this, &type] {
+            return listOf(site(),
+                          [&type](const Parameter& parameter) { return parameter.type == type.get().lVal; });
         });
     }
     HRESULT STDMETHODCALLTYPE get_Params(DIParams** result) override {
@@ -648,12 +612,16 @@ class Engine final : public Member<WithEvents<EngineObject<DIEngine, IConnection
     }
 
   private:
-    template <class Class, class I, class... Arguments>
-    HRESULT object(const char* call, I** result, Arguments... arguments) {
+    template <class I, class Make>
+    HRESULT handOut(const char* call, I** result, Make make) {
         *result = nullptr;
         if (const HRESULT failed = tapped(call); FAILED(failed)) return failed;
-        com::Ptr<I>(new Class(site(), arguments...)).detachTo(result);
+        make().detachTo(result);
         return S_OK;
+    }
+    template <class Class, class I>
+    HRESULT object(const char* call, I** result) {
+        return handOut(call, result, [this] { return com::Ptr<I>(new Class(site())); });
     }
 };
 
@@ -684,6 +652,7 @@ LenientServer::LenientServer(Site& site) {
     classes_.serve(__uuidof(DIEngineClass), creator(site, "new DIEngine", makeEngine));
     classes_.serve(__uuidof(DIDataArrayClass), creator(site, "new DIDataArray", makeDataArray));
     classes_.serve(__uuidof(DIDataArrayItemClass), creator(site, "new DIDataArrayItem", makeDataItem));
+    classes_.serve(__uuidof(DIDataPointClass), creator(site, "new DIDataPoint", makeDataPoint));
 }
 
 }  // namespace vtdn::fake

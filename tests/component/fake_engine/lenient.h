@@ -67,6 +67,14 @@ struct Parameter {
     std::optional<com::Variant> functionAnswer;
 };
 
+struct DataPoint {
+    DATE timeStamp = 0;
+    com::Variant value = com::Variant::null();
+    com::Variant mc = com::Variant::null();
+    std::wstring occurrence;
+    std::wstring extra;
+};
+
 /// Sees every call that reaches the engine, before it is answered.
 class Tap {
   public:
@@ -89,11 +97,13 @@ struct Site {
     bool setupAnswer = true;
     Names monitorCodes;
     Names parameterCodes;
-    std::vector<std::wstring> units;  ///< names by number; "" beyond the end
-    std::vector<Alarm> alarms;        ///< written so far
-    bool offerRuns = false;           ///< whether data arrays have DIDataArrayRuns
-    bool offerBlocks = false;         ///< whether data arrays have DIDataArrayBlocks
-    LONG longestRun = 0x7FFFFFFF;     ///< a run ends after so many items
+    std::vector<std::wstring> units;                   ///< names by number; "" beyond the end
+    std::vector<Alarm> alarms;                         ///< written so far
+    std::map<LONG, std::vector<DataPoint>> longTerm;   ///< by tag, in order of time, at whatever interval
+    std::map<LONG, std::vector<DataPoint>> shortTerm;  ///< the same; a tag that is not here has no list
+    bool offerRuns = false;                            ///< whether data arrays have DIDataArrayRuns
+    bool offerBlocks = false;                          ///< whether data arrays have DIDataArrayBlocks
+    LONG longestRun = 0x7FFFFFFF;                      ///< a run ends after so many items
     Tap* tap = nullptr;
     long objects = 0;                                          ///< objects of the engine that are alive
     long itemCalls = 0;                                        ///< DIDataArray.Item calls so far
@@ -108,8 +118,9 @@ struct Site {
 com::Ptr<DIEngine> makeEngine(Site& site);
 com::Ptr<DIDataArray> makeDataArray(Site& site);
 com::Ptr<DIDataArrayItem> makeDataItem(Site& site);
+com::Ptr<DIDataPoint> makeDataPoint(Site& site);
 
-/// Serves the three engine classes over a site, on the calling thread, for as long as it lives.
+/// Serves the engine classes over a site, on the calling thread, for as long as it lives.
 class LenientServer {
   public:
     explicit LenientServer(Site& site);

@@ -2,158 +2,19 @@
 #include <ocidl.h>
 
 #include <algorithm>
-#include <charconv>
-#include <initializer_list>
 #include <string>
-#include <string_view>
 #include <utility>
 
 #include "com/ptr.h"
 #include "com/strings.h"
 #include "fake_engine/event_container.h"
 #include "fake_engine/object.h"
-#include "strict_engine/script.h"
+#include "strict_engine/data_points.h"
+#include "strict_engine/scripted.h"
 
 namespace vtdn::fake {
 
 namespace {
-
-std::string joined(std::initializer_list<std::string_view> parts) {
-    std::string text;
-    for (const std::string_view part : parts) text += part;
-    return text;
-}
-
-std::string number(double value) {
-    char text[64];
-    return {text, std::to_chars(text, text + sizeof text, value).ptr};
-}
-std::string number(float value) {
-    char text[64];
-    return {text, std::to_chars(text, text + sizeof text, value).ptr};
-}
-std::string number(LONG value) {
-    return std::to_string(value);
-}
-std::string quoted(BSTR text) {
-    return joined({"'", com::toUtf8(com::view(text)), "'"});
-}
-const char* boolean(VARIANT_BOOL value) {
-    return value == VARIANT_TRUE    ? "True"
-           : value == VARIANT_FALSE ? "False"
-                                    : "a boolean other than 0 and -1";
-}
-
-std::string describe(SAFEARRAY* array, const Script& script);
-
-/// A variant, with its objects named by the script.
-std::string describe(const VARIANT& value, const Script& script) {
-    switch (value.vt) {
-        case VT_EMPTY:
-            return "Empty";
-        case VT_NULL:
-            return "Null";
-        case VT_I2:
-            return joined({"I2 ", std::to_string(value.iVal)});
-        case VT_I4:
-            return joined({"I4 ", number(value.lVal)});
-        case VT_R4:
-            return joined({"R4 ", number(value.fltVal)});
-        case VT_R8:
-            return joined({"R8 ", number(value.dblVal)});
-        case VT_DATE:
-            return joined({"Date ", number(value.date)});
-        case VT_BOOL:
-            return joined({"Bool ", boolean(value.boolVal)});
-        case VT_BSTR:
-            return joined({"BSTR ", quoted(value.bstrVal)});
-        case VT_DISPATCH:
-            return joined({"Dispatch ", script.nameOf(value.pdispVal)});
-        case VT_ARRAY | VT_VARIANT:
-            return describe(value.parray, script);
-        default:
-            return joined({"type ", std::to_string(value.vt)});
-    }
-}
-
-/// An array of variants with its bounds: "[0..1: Date 39508.5, Dispatch New]".
-std::string describe(SAFEARRAY* array, const Script& script) {
-    if (!array) return "no array";
-    VARTYPE type = VT_EMPTY;
-    LONG lower = 0;
-    LONG upper = -1;
-    if (FAILED(SafeArrayGetVartype(array, &type)) || type != VT_VARIANT || SafeArrayGetDim(array) != 1 ||
-        FAILED(SafeArrayGetLBound(array, 1, &lower)) || FAILED(SafeArrayGetUBound(array, 1, &upper))) {
-        return "an array of another kind";
-    }
-    std::string text = joined({"[", number(lower), "..", number(upper), ":"});
-    for (LONG i = lower; i <= upper; ++i) {
-        com::Variant element;
-        if (FAILED(SafeArrayGetElement(array, &i, element.receive()))) return "an array that cannot be read";
-        text += i == lower ? " " : ", ";
-        text += describe(element.get(), script);
-    }
-    return text + "]";
-}
-
-/// What every strict object does: it has a name, and its calls go to the script.
-template <class Base>
-class Scripted : public Base {
-  public:
-    template <class... Arguments>
-    explicit Scripted(std::shared_ptr<Script> script, std::string name, Arguments&&... arguments)
-        : Base(std::forward<Arguments>(arguments)...), script_(std::move(script)), name_(std::move(name)) {
-        script_->born(this, name_);
-    }
-    ~Scripted() override { script_->died(this); }
-
-  protected:
-    [[nodiscard]] const std::shared_ptr<Script>& script() const { return script_; }
-    [[nodiscard]] Answer play(const std::string& member) const {
-        return script_->play(joined({name_, member}));
-    }
-    [[nodiscard]] HRESULT done(const std::string& member) const { return play(member).result(); }
-
-    HRESULT text(const std::string& member, BSTR* out) const {
-        *out = nullptr;
-        const Answer answer = play(member);
-        if (FAILED(answer.result()) || answer.value().type() != VT_BSTR) return answer.result();
-        *out = com::Bstr(com::view(answer.value().get().bstrVal)).detach();
-        return S_OK;
-    }
-    HRESULT integer(const std::string& member, LONG* out) const {
-        const Answer answer = play(member);
-        if (FAILED(answer.result())) return answer.result();
-        *out = answer.value().type() == VT_I4 ? answer.value().get().lVal : 0;
-        return S_OK;
-    }
-    HRESULT yesOrNo(const std::string& member, VARIANT_BOOL* out) const {
-        const Answer answer = play(member);
-        if (FAILED(answer.result())) return answer.result();
-        // A number is an engine's unusual True: any value but 0.
-        *out = answer.value().type() == VT_I4
-                   ? static_cast<VARIANT_BOOL>(answer.value().get().lVal)
-                   : com::variantBool(answer.value().type() == VT_BOOL && answer.value().get().boolVal != 0);
-        return S_OK;
-    }
-    HRESULT variant(const std::string& member, VARIANT* out) const {
-        VariantInit(out);
-        const Answer answer = play(member);
-        return FAILED(answer.result()) ? answer.result() : copyVariant(out, answer.value().get());
-    }
-    template <class Class, class I, class... Arguments>
-    HRESULT object(const std::string& member, I** out, std::string name) const {
-        *out = nullptr;
-        const Answer answer = play(member);
-        if (FAILED(answer.result()) || !answer.hasObject()) return answer.result();
-        com::Ptr<I>(new Class(script_, std::move(name))).detachTo(out);
-        return S_OK;
-    }
-
-  private:
-    std::shared_ptr<Script> script_;
-    std::string name_;
-};
 
 class StrictItem final : public Scripted<EngineObject<DIDataArrayItem>> {
   public:
@@ -232,20 +93,11 @@ class StrictParam final : public Scripted<EngineObject<DIParam>> {
         return object<StrictRelationship>(".Relationship", result, "Relationship");
     }
 };
-
 /// A collection of parameters; the n-th is called Listed(n).
-class StrictList final : public Scripted<EngineObject<DICollection>> {
+class StrictParamList final : public StrictList<StrictParam> {
   public:
-    using Scripted::Scripted;
-    HRESULT STDMETHODCALLTYPE get_Count(LONG* result) override { return integer(".Count", result); }
-    HRESULT STDMETHODCALLTYPE Item(LONG index, IDispatch** result) override {
-        return object<StrictParam>(joined({".Item(", number(index), ")"}), result,
-                                   joined({"Listed(", number(index), ")"}));
-    }
-    HRESULT STDMETHODCALLTYPE get__NewEnum(IUnknown** result) override {
-        *result = nullptr;
-        return done("._NewEnum");
-    }
+    StrictParamList(std::shared_ptr<Script> script, std::string name)
+        : StrictList(std::move(script), std::move(name), "Listed") {}
 };
 
 class StrictParams final : public Scripted<EngineObject<DIParams>> {
@@ -329,13 +181,19 @@ class StrictEngineObject final
     HRESULT STDMETHODCALLTYPE get_AlarmWriter(DIAlarmWriter** result) override {
         return object<StrictAlarms>(".AlarmWriter", result, "Alarms");
     }
+    HRESULT STDMETHODCALLTYPE get_LongTermData(DIQAManager** result) override {
+        return object<StrictLongTerm>(".LongTermData", result, "LongTerm");
+    }
+    HRESULT STDMETHODCALLTYPE get_ShortTermData(DIDataPointList** result) override {
+        return object<StrictShortTerm>(".ShortTermData", result, "ShortTerm");
+    }
     HRESULT STDMETHODCALLTYPE RelationshipParams(LONG first, LONG second, DICollection** result) override {
-        return object<StrictList>(joined({".RelationshipParams(", number(first), ", ", number(second), ")"}),
-                                  result, "List");
+        return object<StrictParamList>(
+            joined({".RelationshipParams(", number(first), ", ", number(second), ")"}), result, "List");
     }
     HRESULT STDMETHODCALLTYPE ParamsOfTypes(SAFEARRAY* types, DICollection** result) override {
-        return object<StrictList>(joined({".ParamsOfTypes(", describe(types, *script()), ")"}), result,
-                                  "List");
+        return object<StrictParamList>(joined({".ParamsOfTypes(", describe(types, *script()), ")"}), result,
+                                       "List");
     }
     HRESULT STDMETHODCALLTYPE get_Params(DIParams** result) override {
         return object<StrictParams>(".Params", result, "Params");
@@ -371,6 +229,9 @@ com::Ptr<IUnknown> makeStrictArray(const std::shared_ptr<Script>& script) {
 }
 com::Ptr<IUnknown> makeStrictItem(const std::shared_ptr<Script>& script) {
     return com::Ptr<IUnknown>(new StrictItem(script, "New"));
+}
+com::Ptr<IUnknown> makeStrictDataPoint(const std::shared_ptr<Script>& script) {
+    return com::Ptr<IUnknown>(new StrictDataPoint(script, "Blank"));
 }
 
 }  // namespace vtdn::fake

@@ -128,6 +128,7 @@ StrictEngine::StrictEngine() : script_(std::make_shared<Script>()) {
     serve(__uuidof(DIEngineClass), "new DIEngine", makeStrictEngine);
     serve(__uuidof(DIDataArrayClass), "new DIDataArray", makeStrictArray);
     serve(__uuidof(DIDataArrayItemClass), "new DIDataArrayItem", makeStrictItem);
+    serve(__uuidof(DIDataPointClass), "new DIDataPoint", makeStrictDataPoint);
 }
 
 StrictEngine::~StrictEngine() {

@@ -48,5 +48,6 @@ class Script {
 com::Ptr<IUnknown> makeStrictEngine(const std::shared_ptr<Script>& script);
 com::Ptr<IUnknown> makeStrictArray(const std::shared_ptr<Script>& script);
 com::Ptr<IUnknown> makeStrictItem(const std::shared_ptr<Script>& script);
+com::Ptr<IUnknown> makeStrictDataPoint(const std::shared_ptr<Script>& script);
 
 }  // namespace vtdn::fake

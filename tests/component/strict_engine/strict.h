@@ -12,9 +12,11 @@
 //
 // Every object has a name: Engine, Params, Param(pid), Utils, Dahs, Alarms, Relationship, List for a
 // collection of parameters and Listed(n) for its n-th, Array (Array2 for the second one alive), Item(n) for
-// the n-th of an array, Stored for an item from GetDataItem and New for one that was created. Texts stand in
-// single quotes; values in a variant follow their type: I4 12, R4 12.5, BSTR 'x', Null, Date 39508.5,
-// Dispatch New, and [0..1: Empty, I4 1] for an array of variants.
+// the n-th of an array, Stored for an item from GetDataItem and New for one that was created, LongTerm and
+// ShortTerm for the managers of data points, Points for a collection of data points and Point(n) for its
+// n-th, Blank for a data point that was created. Texts stand in single quotes; values in a variant follow
+// their type: I4 12, R4 12.5, BSTR 'x', Null, Date 39508.5, Dispatch New, and [0..1: Empty, I4 1] for an
+// array of variants.
 #pragma once
 
 #include <VTDI.h>
