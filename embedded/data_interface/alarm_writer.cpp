@@ -2,6 +2,7 @@
 
 #include "com/strings.h"
 #include "data_interface/date.h"
+#include "data_interface/site_id.h"
 #include "data_interface/value.h"
 #include "store/alarms.h"
 
@@ -12,12 +13,8 @@ HRESULT AlarmWriter::WriteAlarm(BSTR siteId, DATE timeStamp, BSTR message, BSTR 
     return com::guard(errorSource, __uuidof(DIAlarmWriter), [&] {
         session_->onSite([&](store::Site& site) {
             store::Alarm alarm;
-            alarm.site_id = siteId && SysStringLen(siteId) != 0 ? keptText(com::view(siteId)) : site.siteId();
-            if (alarm.site_id != site.siteId())
-                com::throwError(invalidCall, L"The alarm is of the site " + std::wstring(com::view(siteId)) +
-                                                 L", and the engine is set up on the site " +
-                                                 com::fromUtf8(site.siteId()) +
-                                                 L". Write it with that site's engine.");
+            needThisSite(site, siteId, L"The alarm is", L"Write it with that site's engine.");
+            alarm.site_id = site.siteId();
             alarm.time = timeOfDate(timeStamp);
             alarm.message = keptText(com::view(message));
             alarm.category = keptText(com::view(category));

@@ -8,8 +8,10 @@
 #include "com/strings.h"
 #include "data_interface/alarm_writer.h"
 #include "data_interface/collection.h"
+#include "data_interface/data_point_list.h"
 #include "data_interface/param.h"
 #include "data_interface/params.h"
+#include "data_interface/qa_manager.h"
 #include "data_interface/selected_dahs.h"
 #include "data_interface/utils.h"
 #include "store/directory.h"
@@ -99,6 +101,14 @@ HRESULT Engine::get_SiteID(BSTR* result) noexcept {
 
 HRESULT Engine::get_AlarmWriter(DIAlarmWriter** result) noexcept {
     return handOut<AlarmWriter>(session_, result);
+}
+
+HRESULT Engine::get_LongTermData(DIQAManager** result) noexcept {
+    return handOut<QAManager>(session_, result);
+}
+
+HRESULT Engine::get_ShortTermData(DIDataPointList** result) noexcept {
+    return handOut<DataPointList>(session_, result);
 }
 
 template <class Find>

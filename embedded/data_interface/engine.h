@@ -27,6 +27,8 @@ class Engine final : public com::Object<Engine, DIEngine, com::EventSource<DIID_
     /// "" while it is not set up.
     HRESULT STDMETHODCALLTYPE get_SiteID(BSTR* result) noexcept override;
     HRESULT STDMETHODCALLTYPE get_AlarmWriter(DIAlarmWriter** result) noexcept override;
+    HRESULT STDMETHODCALLTYPE get_LongTermData(DIQAManager** result) noexcept override;
+    HRESULT STDMETHODCALLTYPE get_ShortTermData(DIDataPointList** result) noexcept override;
     /// The parameters that carry a relationship, ascending by PID. The arguments are not looked at. Error 91
     /// while it is not set up.
     HRESULT STDMETHODCALLTYPE RelationshipParams(LONG first, LONG second,

@@ -7,6 +7,7 @@
 #include "com/registration.h"
 #include "data_interface/data_array.h"
 #include "data_interface/data_array_item.h"
+#include "data_interface/data_point.h"
 #include "data_interface/engine.h"
 
 namespace {
@@ -22,6 +23,8 @@ constexpr std::array classes{
     com::ClassEntry{CLSID_DIDataArrayItemClass, L"VTDI.DIDataArrayItem.1", L"VTDI.DIDataArrayItem",
                     L"Vantor 5 data-interface engine: one interval",
                     &com::createObject<embedded::DataArrayItem>},
+    com::ClassEntry{CLSID_DIDataPointClass, L"VTDI.DIDataPoint.1", L"VTDI.DIDataPoint",
+                    L"Vantor 5 data-interface engine: data point", &com::createObject<embedded::DataPoint>},
 };
 
 }  // namespace

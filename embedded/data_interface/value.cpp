@@ -83,15 +83,6 @@ bool isProper(std::wstring_view text) {
     return true;
 }
 
-store::Value text(std::wstring_view given) {
-    std::string kept = keptText(given);
-    if (kept.size() > store::longestText)
-        com::throwError(invalidCall, L"The text of " + std::to_wstring(given.size()) +
-                                         L" characters is too long. A value holds up to " +
-                                         std::to_wstring(store::longestText) + L" bytes of UTF-8.");
-    return kept;
-}
-
 [[noreturn]] void refuseKind(const VARIANT& value) {
     if (value.vt == VT_ERROR)
         com::throwError(
@@ -102,6 +93,11 @@ store::Value text(std::wstring_view given) {
     com::throwError(DISP_E_TYPEMISMATCH,
                     L"An object, an array or a record is not a value. A value is a number, a "
                     L"text, or Null for no value.");
+}
+
+[[noreturn]] void refuseCode() {
+    com::throwError(DISP_E_TYPEMISMATCH,
+                    L"A monitor code is a whole number, or Null for none. It was given something else.");
 }
 
 }  // namespace
@@ -149,7 +145,7 @@ store::Value fromVariant(const VARIANT& value) {
         case VT_DECIMAL:
             return decimal(value);
         case VT_BSTR:
-            return text(com::view(value.bstrVal));
+            return keptWhole(com::view(value.bstrVal));
         default:
             refuseKind(value);
     }
@@ -160,6 +156,32 @@ std::string keptText(std::wstring_view text) {
         com::throwError(invalidCall,
                         L"The text holds half of a surrogate pair, so that it could not be kept as it is.");
     return com::toUtf8(text);
+}
+
+std::string keptWhole(std::wstring_view text) {
+    std::string kept = keptText(text);
+    if (kept.size() > store::longestText)
+        com::throwError(invalidCall, L"The text of " + std::to_wstring(text.size()) +
+                                         L" characters is too long. A value holds up to " +
+                                         std::to_wstring(store::longestText) + L" bytes of UTF-8.");
+    return kept;
+}
+
+std::optional<store::MonitorCode> codeFromVariant(const VARIANT& value) {
+    if (value.vt & VT_BYREF) {
+        if (value.byref == nullptr) refuseCode();
+        return codeFromVariant(com::Variant::copyOf(value).get());
+    }
+    if (value.vt == VT_EMPTY || value.vt == VT_NULL) return std::nullopt;
+    if (!com::isNumeric(value)) refuseCode();
+    // The platform's conversion takes the bits of an unsigned number as they are.
+    const bool wraps = (value.vt == VT_UI4 || value.vt == VT_UINT) && value.ulVal > INT32_MAX;
+    LONG code = 0;
+    if (wraps || FAILED(com::toInt32(value, code)))
+        com::throwError(DISP_E_OVERFLOW,
+                        L"A monitor code is a whole number of 32 bits. Give one from "
+                        L"-2147483648 to 2147483647, or Null for none.");
+    return code;
 }
 
 com::Variant toVariant(const store::SpecialValue& value) {

@@ -3,6 +3,7 @@
 
 #include "com/platform.h"
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -36,5 +37,12 @@ com::Variant toVariant(const store::SpecialValue& value);
 
 /// The UTF-8 of a text that is to be kept. Throws error 5 for half a surrogate pair.
 std::string keptText(std::wstring_view text);
+/// The same of a text that stands on its own, as a value does. Throws error 5 above store::longestText too.
+std::string keptWhole(std::wstring_view text);
+
+/// The monitor code in a value that may have none: none for Null and Empty. What is numeric (a text that
+/// reads as a number included) is converted as automation does, halves to the even neighbour. Throws
+/// com::Error: 6 beyond 32 bits, 13 for another kind.
+std::optional<store::MonitorCode> codeFromVariant(const VARIANT& value);
 
 }  // namespace vtdn::embedded

@@ -7,8 +7,8 @@
 namespace vtdn::embedded::test {
 
 void EngineLibrary::serve() {
-    for (const CLSID* classId :
-         {&CLSID_DIEngineClass, &CLSID_DIDataArrayClass, &CLSID_DIDataArrayItemClass}) {
+    for (const CLSID* classId : {&CLSID_DIEngineClass, &CLSID_DIDataArrayClass, &CLSID_DIDataArrayItemClass,
+                                 &CLSID_DIDataPointClass}) {
         com::Ptr<IUnknown> factory;
         com::check(getClassObject(*classId, IID_IUnknown, factory.receiveVoid()));
         DWORD cookie = 0;

@@ -1,5 +1,8 @@
 // Lifetime: objects in any order, the library's unloading, and nothing left behind.
-#include "special_call.h"
+#include "data_point_call.h"
+
+// Behind the header that it needs.
+#include <psapi.h>
 
 namespace vtdn::embedded::test {
 namespace {
@@ -72,6 +75,33 @@ void facts(const engine::Engine& engine, const engine::Param& param) {
     engine.params().flushCache();
 }
 
+/// Data points, the refused included.
+void dataPoints(const engine::Engine& engine) {
+    const DataPointManagers managers(engine);
+    EXPECT_TRUE(managers.update(Manager::longTerm, {}, hour(1), anyText));
+    EXPECT_FALSE(managers.list(Manager::shortTerm, minutes, hour(0), hour(1)));
+    EXPECT_NE(
+        failureOf([&] { static_cast<void>(managers.update(Manager::shortTerm, {}, hour(1), L"")); }).number,
+        0);
+    EXPECT_NE(
+        failureOf([&] { static_cast<void>(managers.list(Manager::longTerm, {}, hour(1), hour(0))); }).number,
+        0);
+    const auto points = managers.list(Manager::longTerm, {}, hour(1), hour(1));
+    const auto point = points.item(1);
+    EXPECT_EQ(extraOf(point), anyText);
+    point.put(&DIDataPoint::put_NValue, com::Variant::of(std::wstring_view(anyText)));
+    static_cast<void>(valueOf(point));
+    EXPECT_NE(failureOf([&] { point.put(&DIDataPoint::put_MC, com::Variant::missing()); }).number, 0);
+    engine::DataPoint::create().initialise(hour(1));
+}
+
+/// Bytes of memory that this process occupies.
+SIZE_T occupied() {
+    PROCESS_MEMORY_COUNTERS counters{};
+    EXPECT_TRUE(GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof counters));
+    return counters.WorkingSetSize;
+}
+
 void maskedRun(const engine::Param& param) {
     const auto data = engine::DataArray::create();
     const auto mask = engine::DataArray::create();
@@ -100,6 +130,7 @@ void session(LONG dahsId) {
     com::SafeArray none;
     EXPECT_NE(failureOf([&] { static_cast<void>(param.specialFunction(6, none)); }).number, 0);
     facts(engine, param);
+    dataPoints(engine);
     maskedRun(param);
     const auto data = engine::DataArray::create();
     data.define(hour(0), 24, com::Bstr(L"h"), 1);
@@ -141,8 +172,8 @@ TEST_F(EngineLifetime, EveryObjectKeepsTheLibraryAndTheLastOneLetsItGo) {
     for (int round = 0; round < 3; ++round) {
         EngineLibrary another;
         std::vector<com::Ptr<IUnknown>> objects;
-        for (const CLSID* classId :
-             {&CLSID_DIEngineClass, &CLSID_DIDataArrayClass, &CLSID_DIDataArrayItemClass})
+        for (const CLSID* classId : {&CLSID_DIEngineClass, &CLSID_DIDataArrayClass,
+                                     &CLSID_DIDataArrayItemClass, &CLSID_DIDataPointClass})
             objects.push_back(created(*classId));
         {
             const auto engine = engine::Engine::create();
@@ -151,6 +182,12 @@ TEST_F(EngineLifetime, EveryObjectKeepsTheLibraryAndTheLastOneLetsItGo) {
             objects.emplace_back(engine.utils().get());
             objects.emplace_back(engine.alarmWriter().get());
             objects.emplace_back(engine.relationshipParams().get());
+            objects.emplace_back(engine.longTermData().get());
+            objects.emplace_back(engine.shortTermData().get());
+            const DataPointManagers managers(engine);
+            ASSERT_TRUE(managers.update(Manager::longTerm, {}, hour(1), L"x"));
+            objects.emplace_back(managers.list(Manager::longTerm, {}, hour(1), hour(1)).get());
+            objects.emplace_back(managers.list(Manager::longTerm, {}, hour(1), hour(1)).item(1).get());
             com::Ptr<IUnknown> enumerator;
             com::check(engine.relationshipParams().get()->get__NewEnum(enumerator.receive()));
             objects.push_back(enumerator);
@@ -169,6 +206,35 @@ TEST_F(EngineLifetime, EveryObjectKeepsTheLibraryAndTheLastOneLetsItGo) {
         EXPECT_EQ(another.canUnloadNow(), S_OK);
         library.serve();
     }
+}
+
+TEST_F(EngineLifetime, AHundredThousandDataPointsAreWalkedAndReleased) {
+    constexpr LONG count = 100'000;
+    constexpr DATE minute = 1.0 / 1440;
+    {
+        const auto engine = engine::Engine::create();
+        ASSERT_TRUE(engine.setupByDahsId(dahsId));
+        storeMinutes(engine.params().item(minutePid), 1.5F, 7, count);
+        const DataPointManagers managers(engine);
+        const auto walk = [&] {
+            const auto points = managers.list(Manager::shortTerm, minutes, hour(0), hour(0) + count * minute);
+            ASSERT_EQ(points.count(), count);
+            std::vector<engine::DataPoint> all;
+            all.reserve(count);
+            for (LONG i = 1; i <= count; ++i) all.push_back(points.item(i));
+            EXPECT_NEAR(timeOf(all.back()), hour(0) + (count - 1) * minute, 1e-6);
+            EXPECT_EQ(codeOf(all[count / 2]).get().lVal, 7);
+        };
+        walk();  // the memory that the program keeps for the next time
+        const AllocationSpy spy;
+        const SIZE_T before = occupied();
+        for (int round = 0; round < 3; ++round) walk();
+        EXPECT_LT(occupied(), before + count * 16) << "One object for each point would be several times that";
+        EXPECT_EQ(spy.live(), 0);
+    }
+    library.stopServing();
+    EXPECT_EQ(library.canUnloadNow(), S_OK) << "No object is left";
+    library.serve();
 }
 
 TEST_F(EngineLifetime, WhatAnEngineHandedOutOutlivesIt) {

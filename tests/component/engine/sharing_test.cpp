@@ -1,5 +1,5 @@
 // Several engines on one site, in one process and in several, and what is left when a process ends.
-#include "special_call.h"
+#include "data_point_call.h"
 
 namespace vtdn::embedded::test {
 namespace {
@@ -26,17 +26,6 @@ class EngineSharing : public OnEngine {
         return code;
     }
 };
-
-/// A day of minutes with one value and code, stored at once.
-void storeDay(const engine::Param& param, float value, LONG mc) {
-    const auto data = engine::DataArray::create();
-    const auto mask = engine::DataArray::create();
-    for (const auto& array : {data, mask}) array.define(hour(0), 1440, com::Bstr(L"m"), 1);
-    data.fill(com::Variant::of(value), mc);
-    mask.fill(com::Variant::of(LONG{3}), 0);
-    com::SafeArray arguments = variantsOf({com::Variant::of(data.get()), com::Variant::of(mask.get())});
-    static_cast<void>(param.specialFunction(33, arguments));
-}
 
 /// The other process: VANTOR_HOME is inherited.
 class EngineElsewhere : public testing::Test {
@@ -83,7 +72,7 @@ TEST_F(EngineSharing, AnotherProcessWritesWhileThisOneHasTheSiteOpen) {
 }
 
 TEST_F(EngineSharing, ARunThatWasStoredAtOnceSurvivesTheKillOfItsProcess) {
-    storeDay(param(minutePid), 1.5F, 1);
+    storeMinutes(param(minutePid), 1.5F, 1);
     EXPECT_EQ(runElsewhere("EngineElsewhere.DISABLED_StoresADayAndIsKilled"), 77U);
     const auto data = readRun(minutePid, hour(0), 1440, L"m", 1);
     DIDataRun run{};
@@ -94,9 +83,24 @@ TEST_F(EngineSharing, ARunThatWasStoredAtOnceSurvivesTheKillOfItsProcess) {
     EXPECT_EQ(data.item(1440).mc(), 2);
 }
 
+TEST_F(EngineSharing, AnExtraValueSurvivesTheKillOfItsProcess) {
+    const DataPointManagers managers(engine);
+    ASSERT_TRUE(managers.update(Manager::longTerm, {}, hour(3), L"before"));
+    EXPECT_EQ(runElsewhere("EngineElsewhere.DISABLED_StoresAnExtraValueAndIsKilled"), 77U);
+    const auto points = managers.list(Manager::longTerm, {}, hour(3), hour(3));
+    ASSERT_TRUE(points);
+    EXPECT_EQ(extraOf(points.item(1)), anyText);
+}
+
+TEST_F(EngineElsewhere, DISABLED_StoresAnExtraValueAndIsKilled) {
+    ASSERT_TRUE(engine.setupByDahsId(dahsId));
+    ASSERT_TRUE(DataPointManagers(engine).update(Manager::longTerm, {}, hour(3), anyText));
+    TerminateProcess(GetCurrentProcess(), 77);
+}
+
 TEST_F(EngineElsewhere, DISABLED_StoresADayAndIsKilled) {
     ASSERT_TRUE(engine.setupByDahsId(dahsId));
-    storeDay(engine.params().item(minutePid), 2.5F, 2);
+    storeMinutes(engine.params().item(minutePid), 2.5F, 2);
     TerminateProcess(GetCurrentProcess(), 77);
 }
 

@@ -79,4 +79,31 @@ TEST_F(WrapperOnEngine, TheInputsOfACalculationAreFound) {
     EXPECT_EQ(constants.view(), L"590500000");
 }
 
+TEST_F(WrapperOnEngine, DataPointsGoThroughTheComponent) {
+    const com::Bstr hourly(L"1h");
+    ASSERT_TRUE(client.yes(&_DIWrapper::Param_WriteVMC_Single, LONG{hourPid}, hour(1), 2.5F, LONG{0}));
+    com::SafeArray listed;
+    ASSERT_EQ(client->GetLongTermDataPoints(hourPid, hourly.get(), hour(0), hour(5), listed.inOut()), S_OK);
+    {
+        const com::ArrayView<IDispatch*> points(listed.get());
+        ASSERT_EQ(points.size(), 1U);
+        const auto point = com::Ptr<IDispatch>(points[0]).as<_DataPointBasicWrapper>();
+        ASSERT_TRUE(point);
+        com::Variant value;
+        EXPECT_EQ(point->get_NValue(value.receive()), S_OK);
+        EXPECT_EQ(value.get().fltVal, 2.5F);
+        const com::Bstr text(L"<x/>");
+        EXPECT_EQ(point->put_XValueXML(text.get()), S_OK);
+        EXPECT_TRUE(
+            client.yes(&_DIWrapper::UpdateLongTermDataPointXValue, point.get(), LONG{hourPid}, hourly.get()));
+        const auto failure = client.failure(&_DIWrapper::UpdateShortTermDataPointXValue, point.get(),
+                                            LONG{hourPid}, hourly.get());
+        EXPECT_EQ(failure.source, L"VTEngine");
+        EXPECT_EQ(client.problemTexts(), std::vector{failure.description});
+    }
+    com::SafeArray none;
+    ASSERT_EQ(client->GetLongTermDataPoints(hourPid, hourly.get(), hour(2), hour(5), none.inOut()), S_OK);
+    EXPECT_EQ(none.get(), nullptr) << "No array where there is nothing";
+}
+
 }  // namespace vtdn::embedded::test

@@ -1,0 +1,93 @@
+#include "data_interface/data_point.h"
+
+#include <utility>
+
+#include "com/strings.h"
+#include "common/dates.h"
+#include "data_interface/date.h"
+#include "data_interface/failure.h"
+#include "data_interface/value.h"
+
+namespace vtdn::embedded {
+
+DataPoint::DataPoint(const store::DataPoint& point)
+    : time_(point.time),
+      value_(point.item.value),
+      code_(point.item.code),
+      extra_(point.extra),
+      occurrence_(point.occurrence) {}
+
+HRESULT DataPoint::get_TStamp(DATE* result) noexcept {
+    return com::guard(errorSource, __uuidof(DIDataPoint), [&] {
+        com::needPointers(result);
+        *result = common::dateOfSeconds(time_);
+    });
+}
+
+HRESULT DataPoint::Initialise(DATE timeStamp) noexcept {
+    return com::guard(errorSource, __uuidof(DIDataPoint), [&] {
+        try {
+            time_ = timeOfDate(timeStamp);
+        } catch (const store::Error& error) {
+            throwRefusal(error);
+        }
+        value_ = {};
+        code_.reset();
+        extra_.clear();
+        occurrence_.clear();
+    });
+}
+
+HRESULT DataPoint::get_NValue(VARIANT* result) noexcept {
+    return com::guard(errorSource, __uuidof(DIDataPoint), [&] {
+        com::needPointers(result);
+        VariantInit(result);
+        toVariant(value_).detachTo(result);
+    });
+}
+
+HRESULT DataPoint::put_NValue(VARIANT value) noexcept {
+    return com::guard(errorSource, __uuidof(DIDataPoint), [&] { value_ = fromVariant(value); });
+}
+
+HRESULT DataPoint::get_MC(VARIANT* result) noexcept {
+    return com::guard(errorSource, __uuidof(DIDataPoint), [&] {
+        com::needPointers(result);
+        VariantInit(result);
+        (code_ ? com::Variant::of(LONG{*code_}) : com::Variant::null()).detachTo(result);
+    });
+}
+
+HRESULT DataPoint::put_MC(VARIANT value) noexcept {
+    return com::guard(errorSource, __uuidof(DIDataPoint), [&] { code_ = codeFromVariant(value); });
+}
+
+HRESULT DataPoint::get(const std::string& text, BSTR* result) noexcept {
+    return com::guard(errorSource, __uuidof(DIDataPoint), [&] {
+        com::needPointers(result);
+        *result = nullptr;
+        *result = com::Bstr(com::fromUtf8(text)).detach();
+    });
+}
+
+HRESULT DataPoint::put(std::string& text, BSTR value) noexcept {
+    return com::guard(errorSource, __uuidof(DIDataPoint), [&] { text = keptWhole(com::view(value)); });
+}
+
+HRESULT DataPoint::get_XValueXML(BSTR* result) noexcept {
+    return get(extra_, result);
+}
+
+HRESULT DataPoint::put_XValueXML(BSTR value) noexcept {
+    return put(extra_, value);
+}
+
+HRESULT DataPoint::get_OccDataXML(BSTR* result) noexcept {
+    return get(occurrence_, result);
+}
+
+HRESULT DataPoint::put_OccDataXML(BSTR value) noexcept {
+    return put(occurrence_, value);
+}
+
+}  // namespace vtdn::embedded
