@@ -10,10 +10,25 @@ namespace vtdn::test {
 
 namespace {
 
-/// The automation type of a described type; a pointer becomes by reference.
+/// The type behind a name, and what kind it is.
+std::pair<com::Ptr<ITypeInfo>, TYPEKIND> named(ITypeInfo& owner, const TYPEDESC& type) {
+    com::Ptr<ITypeInfo> other;
+    com::check(owner.GetRefTypeInfo(type.hreftype, other.receive()));
+    const TYPEKIND kind = TypeAttributes(*other.get())->typekind;
+    return {std::move(other), kind};
+}
+
+bool isInterface(ITypeInfo& owner, const TYPEDESC& type) {
+    if (type.vt != VT_USERDEFINED) return false;
+    const TYPEKIND kind = named(owner, type).second;
+    return kind == TKIND_DISPATCH || kind == TKIND_INTERFACE;
+}
+
+/// The automation type of a described type; a pointer becomes by reference, one to an interface an object.
 ArgumentType plain(ITypeInfo& owner, const TYPEDESC& type) {
     switch (type.vt) {
         case VT_PTR: {
+            if (isInterface(owner, *type.lptdesc)) return {VT_DISPATCH, false, false};
             ArgumentType inner = plain(owner, *type.lptdesc);
             inner.byReference = true;
             return inner;
@@ -30,10 +45,10 @@ ArgumentType plain(ITypeInfo& owner, const TYPEDESC& type) {
         case VT_VARIANT:
             return {type.vt, false, false};
         case VT_USERDEFINED: {
-            com::Ptr<ITypeInfo> other;
-            com::check(owner.GetRefTypeInfo(type.hreftype, other.receive()));
-            if (TypeAttributes(*other.get())->typekind == TKIND_ENUM) return {VT_I4, false, false};
-            throw std::runtime_error("No test argument for a type that is no enumeration");
+            const auto [other, kind] = named(owner, type);
+            if (kind == TKIND_ENUM) return {VT_I4, false, false};
+            if (kind == TKIND_ALIAS) return plain(*other.get(), TypeAttributes(*other.get())->tdescAlias);
+            throw std::runtime_error("No test argument for a type of kind " + std::to_string(kind));
         }
         default:
             throw std::runtime_error("No test argument for type " + std::to_string(type.vt));
@@ -81,6 +96,7 @@ Arguments::~Arguments() {
     for (std::size_t i = 0; i < types_.size(); ++i) {
         if (types_[i].type == VT_BSTR) SysFreeString(rooms_[i].text);
         if ((types_[i].type & VT_ARRAY) && rooms_[i].array) SafeArrayDestroy(rooms_[i].array);
+        if (types_[i].type == VT_DISPATCH && rooms_[i].object) rooms_[i].object->Release();
     }
 }
 
@@ -110,6 +126,7 @@ com::Variant Arguments::result() const {
     com::Variant result;
     for (std::size_t i = 0; i < types_.size(); ++i) {
         if (!types_[i].result) continue;
+        if ((types_[i].type & VT_ARRAY) && !rooms_[i].array) continue;
         VARIANT by{};
         by.vt = static_cast<VARTYPE>(VT_BYREF | types_[i].type);
         by.byref = const_cast<Room*>(&rooms_[i]);

@@ -11,7 +11,7 @@ namespace vtdn::test {
 
 /// One argument of a member, without the pointers around it.
 struct ArgumentType {
-    VARTYPE type;  ///< VT_I4, VT_BSTR, ... or VT_ARRAY | the element's type
+    VARTYPE type;  ///< VT_I4, VT_BSTR, VT_DISPATCH, ... or VT_ARRAY | the element's type
     bool byReference;
     bool result;  ///< the [retval]
 };
@@ -23,7 +23,7 @@ enum class Style {
     script,  ///< every one as VT_BYREF | VT_VARIANT; arrays as arrays of VARIANT
 };
 
-/// Zeros, empty texts and arrays that hold nothing, alive as long as this object.
+/// Zeros, empty texts, no objects and arrays that hold nothing, alive as long as this object.
 class Arguments {
   public:
     Arguments(std::vector<ArgumentType> types, Style style);
@@ -37,7 +37,7 @@ class Arguments {
     /// Calls a vtable slot of the object with these arguments, result included. The by-reference argument
     /// with the index `nullAt` is a null pointer; none when it is negative.
     HRESULT callSlot(IUnknown& object, SHORT offset, int nullAt = -1);
-    /// The result of the last callSlot as a variant.
+    /// The result of the last callSlot as a variant; Empty for no array.
     [[nodiscard]] com::Variant result() const;
     [[nodiscard]] const std::vector<ArgumentType>& types() const { return types_; }
 
@@ -47,6 +47,7 @@ class Arguments {
         LONGLONG bits;
         BSTR text;
         SAFEARRAY* array;
+        IDispatch* object;
     };
     std::vector<ArgumentType> types_;
     std::vector<Room> rooms_;  // as many as arguments, never moved

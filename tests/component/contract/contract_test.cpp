@@ -116,10 +116,11 @@ HRESULT beforeSetUp(const Walked& walked) {
     return needsSetUp(walked) ? numbered(91) : S_OK;
 }
 
-/// False, 0, "" or nothing at all.
+/// False, 0, "", no array or nothing at all; an object where a call makes one.
 void expectDefault(const Variant& result, const std::vector<ArgumentType>& types) {
     const bool returns = !types.empty() && types.back().result;
-    const VARTYPE expected = returns ? types.back().type : VARTYPE{VT_EMPTY};
+    const VARTYPE type = returns ? types.back().type : VARTYPE{VT_EMPTY};
+    const VARTYPE expected = type & VT_ARRAY ? VARTYPE{VT_EMPTY} : type;
     ASSERT_EQ(result.type(), expected);
     switch (expected) {
         case VT_EMPTY:
@@ -132,6 +133,9 @@ void expectDefault(const Variant& result, const std::vector<ArgumentType>& types
             break;
         case VT_BSTR:
             EXPECT_EQ(com::view(result.get().bstrVal), L"");
+            break;
+        case VT_DISPATCH:
+            EXPECT_TRUE(result.get().pdispVal);
             break;
         default:
             FAIL() << "no default is known for type " << expected;
@@ -433,9 +437,10 @@ TEST(LateBound, AWrongArgumentIsRefusedAndNamed) {
             const std::size_t count = walked.argumentCount();
             for (std::size_t i = 0; i < count; ++i) {
                 const ArgumentType& type = walked.types[i];
-                const bool applies = type.type & VT_ARRAY   ? wrong.forArrays
-                                     : type.type == VT_BSTR ? wrong.forTexts
-                                                            : wrong.forNumbers;
+                const bool applies = type.type & VT_ARRAY       ? wrong.forArrays
+                                     : type.type == VT_BSTR     ? wrong.forTexts
+                                     : type.type == VT_DISPATCH ? wrong.value.type() != VT_DISPATCH
+                                                                : wrong.forNumbers;
                 // An array of VARIANT takes what any other array holds.
                 if (type.type == (VT_ARRAY | VT_VARIANT) && (wrong.value.type() & VT_ARRAY)) continue;
                 if (!applies) continue;
@@ -483,7 +488,7 @@ TEST(LateBound, NumbersAndTextsOfOtherTypesAreConverted) {
         std::vector<VARIANT> values = arguments.forInvoke();
         const Bstr twelve(L"12");
         for (std::size_t i = 0; i < count; ++i) {
-            if (walked.types[i].byReference) continue;
+            if (walked.types[i].byReference || walked.types[i].type == VT_DISPATCH) continue;
             VARIANT& value = values[count - 1 - i];
             value = {};
             if (walked.types[i].type == VT_BSTR) {

@@ -83,7 +83,9 @@ void describeMember(ITypeInfo& type, const Function& member, std::ostream& out) 
         const ELEMDESC& argument = member->lprgelemdescParam[i];
         out << (i == 0 ? "" : ", ") << direction(argument.paramdesc.wParamFlags)
             << typeName(type, argument.tdesc);
-        if (i + 1 < names.size()) out << " " << com::toUtf8(names[i + 1]);
+        // A property's names are those of its get: the new value has none of its own.
+        const bool isNewValue = member->invkind == INVOKE_PROPERTYPUT && i + 1 == arguments;
+        if (i + 1 < names.size() && !isNewValue) out << " " << com::toUtf8(names[i + 1]);
     }
     out << ")\n";
 }

@@ -38,6 +38,28 @@ void furnish(fake::Site& site) {
     site.parameters[pid].functionAnswer = com::Variant::of(2.5);
     site.units = {L"Common"};
     site.monitorCodes = {{L"OK"}, {L"Valid"}};
+    site.longTerm[pid] = {{39448.0, com::Variant::of(1.5), com::Variant::of(LONG{5}), L"", L"<x/>"}};
+}
+
+void useDataPoints(const Client& client) {
+    const Bstr type(L"1h");
+    Ptr<_DataPointBasicWrapper> point;
+    {
+        SAFEARRAY* listed = nullptr;
+        EXPECT_EQ(client->GetLongTermDataPoints(pid, type.get(), 39448.0, 39449.0, &listed), S_OK);
+        const com::SafeArray array(listed);
+        const com::ArrayView<IDispatch*> elements(array.get());
+        ASSERT_EQ(elements.size(), 1U);
+        ASSERT_EQ(elements[0]->QueryInterface(__uuidof(_DataPointBasicWrapper), point.receiveVoid()), S_OK);
+    }
+    SAFEARRAY* none = nullptr;
+    EXPECT_EQ(client->GetShortTermDataPoints(pid, type.get(), 39448.0, 39449.0, &none), S_OK);
+    EXPECT_EQ(none, nullptr);
+    EXPECT_EQ(point->put_XValueXML(type.get()), S_OK);
+    EXPECT_TRUE(client.yes(&_DIWrapper::UpdateLongTermDataPointXValue, point.get(), pid, type.get()));
+    Ptr<_DataPointBasicWrapper> blank;
+    EXPECT_EQ(client->MakeBlankDataPointWrapper(39448.0, blank.receive()), S_OK);
+    EXPECT_EQ(blank->SetNValueToNull(), S_OK);
 }
 
 /// The operations that list, ask for special values, write runs and alarms.
@@ -83,6 +105,7 @@ void use(const Client& client) {
     EXPECT_EQ(values.values(), (std::vector<float>{1, 2.5f}));
     EXPECT_TRUE(client.yes(&_DIWrapper::Param_WriteVMC_Single, pid, 39448.0, 1.5f, LONG{5}));
     useMore(client);
+    useDataPoints(client);
     EXPECT_FALSE(client.problems().empty());
 }
 

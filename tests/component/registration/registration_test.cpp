@@ -30,6 +30,7 @@ std::wstring textOf(REFGUID guid) {
 
 const std::wstring classKey = L"CLSID\\" + textOf(CLSID_DIWrapper);
 const std::wstring interfaceKey = L"Interface\\" + textOf(__uuidof(_DIWrapper));
+const std::wstring recordKey = L"Interface\\" + textOf(__uuidof(_DataPointBasicWrapper));
 const std::wstring libraryKey = L"TypeLib\\" + textOf(LIBID_VTWrapperDN);
 
 /// A value below Software\Classes; "(none)" when there is none.
@@ -95,6 +96,7 @@ DWORD regsvr32(const std::wstring& switches) {
 void expectNothing(HKEY root) {
     EXPECT_FALSE(exists(root, classKey));
     EXPECT_FALSE(exists(root, interfaceKey));
+    EXPECT_FALSE(exists(root, recordKey));
     EXPECT_FALSE(exists(root, libraryKey));
     EXPECT_FALSE(exists(root, L"VTWrapDN.DIWrapper"));
     EXPECT_FALSE(exists(root, L"VTWrapDN.DIWrapper.1"));
@@ -115,9 +117,15 @@ void expectRegistered(HKEY root) {
     EXPECT_EQ(value(root, libraryKey + L"\\1.0\\0\\" + bits), componentPath());
     // Calls from other apartments go through the type library's marshaller.
     EXPECT_EQ(value(root, interfaceKey), L"_DIWrapper");
-    EXPECT_EQ(value(root, interfaceKey + L"\\ProxyStubClsid32"), L"{00020424-0000-0000-C000-000000000046}");
-    EXPECT_EQ(value(root, interfaceKey + L"\\TypeLib"), textOf(LIBID_VTWrapperDN));
-    EXPECT_EQ(value(root, interfaceKey + L"\\TypeLib", L"Version"), L"1.0");
+    EXPECT_EQ(value(root, recordKey), L"_DataPointBasicWrapper");
+    for (const std::wstring& key : {interfaceKey, recordKey}) {
+        EXPECT_EQ(value(root, key + L"\\ProxyStubClsid32"), L"{00020424-0000-0000-C000-000000000046}");
+        EXPECT_EQ(value(root, key + L"\\TypeLib"), textOf(LIBID_VTWrapperDN));
+        EXPECT_EQ(value(root, key + L"\\TypeLib", L"Version"), L"1.0");
+    }
+    // A class that cannot be created has no keys.
+    EXPECT_FALSE(exists(root, L"CLSID\\" + textOf(CLSID_DataPointBasicWrapper)));
+    EXPECT_FALSE(exists(root, L"VTWrapDN.DataPointBasicWrapper"));
 }
 
 /// Each test begins and ends with nothing registered.
@@ -231,12 +239,12 @@ TEST_F(Registration, ARegisteredClassIsMadeByItsNames) {
     }
 }
 
-/// Runs a body on a thread of a multithreaded apartment, and answers calls into this apartment meanwhile.
+/// Runs a body on a thread of another apartment, and answers calls into this apartment meanwhile.
 template <class Body>
-void inAnotherApartment(Body body) {
+void inAnotherApartment(Body body, COINIT kind = COINIT_MULTITHREADED) {
     const HANDLE done = CreateEventW(nullptr, TRUE, FALSE, nullptr);
     std::thread thread([&] {
-        EXPECT_EQ(CoInitializeEx(nullptr, COINIT_MULTITHREADED), S_OK);
+        EXPECT_EQ(CoInitializeEx(nullptr, kind), S_OK);
         body();
         CoUninitialize();
         SetEvent(done);
@@ -299,6 +307,169 @@ TEST_F(Registration, AFailureOfTheEngineReachesAClientInAnotherApartment) {
         EXPECT_EQ(Client(proxy).failure(&_DIWrapper::Param_Name, pid).result,
                   static_cast<HRESULT>(0x80041234));
     });
+}
+
+// ---- Data points across apartments
+
+/// What this apartment hands to another one.
+template <class I>
+class Handed {
+  public:
+    explicit Handed(const Ptr<I>& object) {
+        EXPECT_EQ(CoMarshalInterThreadInterfaceInStream(__uuidof(I), object.get(), stream_.receive()), S_OK);
+    }
+    [[nodiscard]] Ptr<I> take() {
+        Ptr<I> proxy;
+        EXPECT_EQ(CoGetInterfaceAndReleaseStream(stream_.detach(), __uuidof(I), proxy.receiveVoid()), S_OK);
+        return proxy;
+    }
+
+  private:
+    Ptr<IStream> stream_;
+};
+
+constexpr DATE stamp = 39448.25;
+
+/// Reads and writes every member of a data point that holds 2.5 with code 1.
+void use(_DataPointBasicWrapper& point) {
+    DATE time = 0;
+    EXPECT_EQ(point.get_TStamp(&time), S_OK);
+    EXPECT_EQ(time, stamp);
+    com::Variant value;
+    EXPECT_EQ(point.get_NValue(value.receive()), S_OK);
+    ASSERT_EQ(value.type(), VT_R8);
+    EXPECT_EQ(value.get().dblVal, 2.5);
+    EXPECT_EQ(point.put_NValue(com::Variant::of(L"12.5").get()), S_OK);
+    EXPECT_EQ(point.put_NValue(com::Variant::of(L"abc").get()), S_OK);
+    EXPECT_EQ(point.get_NValue(value.receive()), S_OK);
+    ASSERT_EQ(value.type(), VT_BSTR);
+    EXPECT_EQ(com::view(value.get().bstrVal), L"12.5");
+    EXPECT_EQ(point.SetNValueToNull(), S_OK);
+    EXPECT_EQ(point.get_NValue(value.receive()), S_OK);
+    EXPECT_TRUE(value.isNull());
+    VARIANT_BOOL isNull = VARIANT_TRUE;
+    EXPECT_EQ(point.get_IsNValueNull(&isNull), S_OK);
+    EXPECT_EQ(isNull, VARIANT_FALSE);
+    EXPECT_EQ(point.put_MC(com::Variant::of(LONG{7}).get()), S_OK);
+    EXPECT_EQ(point.get_MC(value.receive()), S_OK);
+    ASSERT_EQ(value.type(), VT_I4);
+    EXPECT_EQ(value.get().lVal, 7);
+    EXPECT_EQ(point.SetMCToNull(), S_OK);
+    EXPECT_EQ(point.get_IsMCNull(&isNull), S_OK);
+    EXPECT_EQ(isNull, VARIANT_FALSE);
+    const Bstr text(std::wstring_view(L"<x>\0\xD83D\xDE00</x>", 10));
+    EXPECT_EQ(point.put_OccDataXML(text.get()), S_OK);
+    EXPECT_EQ(point.put_XValueXML(text.get()), S_OK);
+    for (const auto property :
+         {&_DataPointBasicWrapper::get_OccDataXML, &_DataPointBasicWrapper::get_XValueXML}) {
+        Bstr got;
+        EXPECT_EQ((point.*property)(got.receive()), S_OK);
+        EXPECT_EQ(got.view(), text.view());
+    }
+}
+
+/// A registered component over a site with two data points.
+class DataPointsAcrossApartments : public Registration {
+  protected:
+    void SetUp() override {
+        Registration::SetUp();
+        ASSERT_EQ(component().call("DllRegisterServer"), S_OK);
+        site.longTerm[pid] = {{stamp, com::Variant::of(2.5), com::Variant::of(LONG{1}), L"", L""},
+                              {stamp + 1, com::Variant::null(), com::Variant::null(), L"", L""}};
+    }
+    fake::Site site;
+    const fake::LenientServer server{site};
+};
+
+TEST_F(DataPointsAcrossApartments, AClientElsewhereListsUsesAndHandsBackDataPoints) {
+    {
+        const Client home;
+        EXPECT_TRUE(home.setup());
+        Handed<_DIWrapper> handed(Ptr<_DIWrapper>(home.get()));
+        inAnotherApartment([&handed] {
+            const Client client(handed.take());
+            const Bstr hourly(L"1h");
+            SAFEARRAY* listed = nullptr;
+            ASSERT_EQ(client->GetLongTermDataPoints(pid, hourly.get(), stamp, stamp + 1, &listed), S_OK);
+            com::SafeArray array(listed);
+            ASSERT_TRUE(listed);
+            ASSERT_EQ(com::bounds(array.get()), (com::Bounds{0, 1}));
+            Ptr<_DataPointBasicWrapper> point;
+            {
+                // By its place: Wine does not say the element type of an array that came from elsewhere.
+                void* elements = nullptr;
+                ASSERT_EQ(SafeArrayAccessData(listed, &elements), S_OK);
+                IDispatch* const first = *static_cast<IDispatch**>(elements);
+                ASSERT_EQ(first->QueryInterface(__uuidof(_DataPointBasicWrapper), point.receiveVoid()), S_OK);
+                ASSERT_EQ(SafeArrayUnaccessData(listed), S_OK);
+            }
+            array = {};
+            use(*point.get());
+            EXPECT_TRUE(
+                client.yes(&_DIWrapper::UpdateLongTermDataPointXValue, point.get(), pid, hourly.get()));
+            EXPECT_FALSE(
+                client.yes(&_DIWrapper::UpdateShortTermDataPointXValue, point.get(), pid, hourly.get()));
+            _DataPointBasicWrapper* const nothing = nullptr;
+            EXPECT_FALSE(client.yes(&_DIWrapper::UpdateLongTermDataPointXValue, nothing, pid, hourly.get()));
+            SAFEARRAY* none = nullptr;
+            EXPECT_EQ(client->GetShortTermDataPoints(pid, hourly.get(), stamp, stamp + 1, &none), S_OK);
+            EXPECT_EQ(none, nullptr);
+            Ptr<_DataPointBasicWrapper> blank;
+            EXPECT_EQ(client->MakeBlankDataPointWrapper(stamp + 1, blank.receive()), S_OK);
+            EXPECT_EQ(blank->put_XValueXML(hourly.get()), S_OK);
+            EXPECT_TRUE(
+                client.yes(&_DIWrapper::UpdateLongTermDataPointXValue, blank.get(), pid, hourly.get()));
+        });
+        EXPECT_EQ(site.objects, 1) << "what the client held has ended";
+        EXPECT_EQ(site.longTerm[pid][0].extra, std::wstring_view(L"<x>\0\xD83D\xDE00</x>", 10));
+        EXPECT_EQ(site.longTerm[pid][1].extra, L"1h");
+        EXPECT_EQ(home.problems(), L"");
+    }
+    EXPECT_EQ(site.objects, 0);
+}
+
+/// The engine's type library, registered as long as this object lives, as an engine's own registration leaves
+/// it.
+class EngineTypeLibrary {
+  public:
+    EngineTypeLibrary() {
+        const std::wstring path = besideProgram(VTDN_ENGINE_LIBRARY);
+        Ptr<ITypeLib> library;
+        EXPECT_EQ(LoadTypeLibEx(path.c_str(), REGKIND_REGISTER, library.receive()), S_OK);
+    }
+    ~EngineTypeLibrary() {
+        const SYSKIND kind = sizeof(void*) == 4 ? SYS_WIN32 : SYS_WIN64;
+        EXPECT_EQ(UnRegisterTypeLib(LIBID_VTDI, 1, 0, LOCALE_NEUTRAL, kind), S_OK);
+    }
+    EngineTypeLibrary(const EngineTypeLibrary&) = delete;
+    EngineTypeLibrary& operator=(const EngineTypeLibrary&) = delete;
+};
+
+TEST_F(DataPointsAcrossApartments, AWrapperTakesADataPointOfAnotherApartment) {
+    const EngineTypeLibrary registered;
+    {
+        const Client home;
+        Ptr<_DataPointBasicWrapper> point;
+        ASSERT_EQ(home->MakeBlankDataPointWrapper(stamp, point.receive()), S_OK);
+        EXPECT_EQ(point->put_XValueXML(Bstr(L"<far/>").get()), S_OK);
+        Handed<_DataPointBasicWrapper> handed(point);
+        fake::Site elsewhere;
+        elsewhere.longTerm[pid] = {{stamp, com::Variant::of(1.0), com::Variant::of(LONG{1}), L"", L""}};
+        inAnotherApartment(
+            [&] {
+                const fake::LenientServer there(elsewhere);
+                const Client client;
+                EXPECT_TRUE(client.setup());
+                const auto proxy = handed.take();
+                const Bstr hourly(L"1h");
+                EXPECT_TRUE(
+                    client.yes(&_DIWrapper::UpdateLongTermDataPointXValue, proxy.get(), pid, hourly.get()));
+            },
+            COINIT_APARTMENTTHREADED);
+        EXPECT_EQ(elsewhere.longTerm[pid][0].extra, L"<far/>");
+        EXPECT_EQ(elsewhere.objects, 0);
+    }
+    EXPECT_EQ(site.objects, 0);
 }
 
 // ---- Without registration
