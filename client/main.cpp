@@ -35,6 +35,8 @@ const std::map<std::string_view, Runner>& runners() {
                                                           {"params optime", runParamsOptime},
                                                           {"read", runRead},
                                                           {"write", runWrite},
+                                                          {"points list", runPointsList},
+                                                          {"points set-extra", runPointsSetExtra},
                                                           {"names units", runNamesUnits},
                                                           {"names mc", runNamesMc},
                                                           {"names pc", runNamesPc},

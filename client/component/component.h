@@ -5,6 +5,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 #include <variant>
 #include <vector>
 
@@ -27,6 +28,18 @@ struct Reading {
     std::int32_t code = 0;
 };
 
+/// A number of a data point; nothing for none, and for a text.
+using PointValue = std::optional<double>;
+
+/// A data point as the component hands it out.
+struct PointReading {
+    store::Time time = 0;
+    PointValue value;
+    PointValue code;
+    std::string occurrence;
+    std::string extra;
+};
+
 /// A value to write.
 using WrittenValue = std::variant<std::monostate, std::int32_t, float, std::string>;
 
@@ -44,6 +57,9 @@ enum class NameList {
     shortParameterCodes,
     longParameterCodes,
 };
+
+/// The number that a text of the component stands for, in the user's locale; nothing when it is none.
+std::optional<double> numberIn(std::wstring_view text);
 
 /// Whether the component takes a text for a number, in the user's locale.
 bool readsAsNumber(const std::string& text);
@@ -99,6 +115,13 @@ class Component {
     /// Nothing when the component refused.
     std::optional<std::vector<Reading>> read(std::int32_t pid, store::Time start, std::int32_t count,
                                              const store::Interval& interval);
+
+    /// Those that begin from first to last, both included, in order of time.
+    std::vector<PointReading> dataPoints(std::int32_t pid, const store::Interval& interval, store::Time first,
+                                         store::Time last);
+    /// The extra-value text of one interval; "" removes it. False when the component did not write it.
+    bool setExtra(std::int32_t pid, const store::Interval& interval, store::Time time,
+                  const std::string& text);
 
     bool writeCode(std::int32_t pid, store::Time time, std::int32_t code);
     bool writeValue(std::int32_t pid, store::Time time, const WrittenValue& value);

@@ -10,18 +10,17 @@
 
 namespace vtdn::client {
 
-namespace {
-
-/// The number that a text of the component stands for, by the rules that automation clients know.
-std::optional<double> numberOf(std::wstring_view text) {
+std::optional<double> numberIn(std::wstring_view text) {
     if (text.empty() || !com::isNumeric(com::Variant::of(text).get())) return std::nullopt;
     double number = 0;
     if (FAILED(VarR8FromStr(com::Bstr(text).get(), LOCALE_USER_DEFAULT, 0, &number))) return std::nullopt;
     return number;
 }
 
+namespace {
+
 Reading reading(std::wstring_view text, LONG code) {
-    return {com::toUtf8(text), numberOf(text), code};
+    return {com::toUtf8(text), numberIn(text), code};
 }
 
 DATE dateOf(store::Time time) {
@@ -65,7 +64,7 @@ class FieldWriter {
 }  // namespace
 
 bool readsAsNumber(const std::string& text) {
-    return numberOf(com::fromUtf8(text)).has_value();
+    return numberIn(com::fromUtf8(text)).has_value();
 }
 
 std::optional<Reading> Component::readOne(std::int32_t pid, store::Time time) {

@@ -81,6 +81,8 @@ ExitCode runNamesMc(Context& context);
 ExitCode runNamesPc(Context& context);
 ExitCode runAlarmWrite(Context& context);
 ExitCode runAlarmList(Context& context);
+ExitCode runPointsList(Context& context);
+ExitCode runPointsSetExtra(Context& context);
 
 /// `vtdn write` with --file.
 ExitCode runWriteFile(Context& context);

@@ -31,6 +31,7 @@ inline std::vector<OptionSpec> withCommon(std::initializer_list<OptionSpec> own)
 std::vector<VerbSpec> siteTable();
 std::vector<VerbSpec> paramsTable();
 std::vector<VerbSpec> valuesTable();
+std::vector<VerbSpec> pointsTable();
 std::vector<VerbSpec> othersTable();
 
 }  // namespace vtdn::client

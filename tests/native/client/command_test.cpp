@@ -158,7 +158,7 @@ TEST(Help, ItsExamplesAreAcceptedByTheParser) {
 
 TEST(Help, NoLineIsWiderThanThePage) {
     std::string all = overviewText(verbTable(), 80);
-    for (const std::string_view group : {"site", "params", "names", "alarm"})
+    for (const std::string_view group : {"site", "params", "names", "points", "alarm"})
         all += groupText(verbTable(), group, 80);
     for (const VerbSpec& verb : verbTable()) all += helpText(verb, 80);
     for (std::size_t start = 0; start < all.size();) {

@@ -9,6 +9,7 @@ import xml.dom.minidom
 
 import access_tests
 import alarm_tests
+import point_tests
 import run_file_tests
 from harness import DONE, ENVIRONMENT, HOME, NOX, REFUSED, SO2, SOURCE, USAGE, WORK, check, expect, finish, register, windows
 
@@ -174,7 +175,7 @@ def main():
     test_sites()
     test_bad_import()
     os.environ["VANTOR_DAHS"] = "1"
-    for test in (test_params, test_read, test_written_csv_can_be_imported, *access_tests.TESTS, *alarm_tests.TESTS, test_write,
+    for test in (test_params, test_read, test_written_csv_can_be_imported, *access_tests.TESTS, *alarm_tests.TESTS, *point_tests.TESTS, test_write,
                  *run_file_tests.TESTS, test_problems, test_removal, test_doctor_on_damage):
         test()
     return finish()
