@@ -21,6 +21,7 @@ internal static class Program
         ListTests.Run(arguments[1]);
         BulkWriteTests.Run();
         SpecialTests.Run();
+        DataPointTests.Run(arguments[1]);
         NameTests.Run(arguments[1]);
         ErrorTests.Run();
         LateTests.Run();

@@ -88,27 +88,50 @@ internal static class TypeLibraryTest
         {
             var element = Marshal.PtrToStructure<ELEMDESC>(function.lprgelemdescParam + i * Marshal.SizeOf<ELEMDESC>());
             string text = TypeText(type, element.tdesc);
+            // A property's names are those of its get: the new value has none of its own.
+            bool isNewValue = function.invkind == INVOKEKIND.INVOKE_PROPERTYPUT && i + 1 == function.cParams;
+            string name = isNewValue ? "value" : names[i + 1];
             if ((element.desc.paramdesc.wParamFlags & PARAMFLAG.PARAMFLAG_FRETVAL) != 0)
                 result = text.Substring("ref ".Length);
             else
-                arguments.Add(text + " " + names[i + 1]);
+                arguments.Add(text + " " + name);
         }
         type.ReleaseFuncDesc(pointer);
-        return string.Format("{0} {1} {2}({3})", function.memid, result, names[0], string.Join(", ", arguments));
+        string kind = function.invkind == INVOKEKIND.INVOKE_PROPERTYGET ? "get_"
+                    : function.invkind == INVOKEKIND.INVOKE_PROPERTYPUT ? "set_"
+                    : "";
+        return string.Format("{0} {1} {2}({3})", function.memid, result, kind + names[0], string.Join(", ", arguments));
     }
 
     private static string TypeText(ITypeInfo user, TYPEDESC type)
     {
         switch ((VarEnum)type.vt)
         {
-            case VarEnum.VT_PTR: return "ref " + TypeText(user, Marshal.PtrToStructure<TYPEDESC>(type.lpValue));
+            case VarEnum.VT_PTR:
+                var target = Marshal.PtrToStructure<TYPEDESC>(type.lpValue);
+                return (IsInterface(user, target) ? "" : "ref ") + TypeText(user, target);
             case VarEnum.VT_SAFEARRAY: return TypeText(user, Marshal.PtrToStructure<TYPEDESC>(type.lpValue)) + "[]";
             case VarEnum.VT_USERDEFINED:
-                user.GetRefTypeInfo(type.lpValue.ToInt32(), out ITypeInfo used); // a reference, not a pointer
+                ITypeInfo used = Used(user, type);
+                TYPEATTR attributes = Attributes(used);
+                if (attributes.typekind == TYPEKIND.TKIND_ALIAS) return TypeText(used, attributes.tdescAlias);
                 used.GetDocumentation(-1, out string name, out _, out _, out _);
                 return name;
             default: return ((VarEnum)type.vt).ToString();
         }
+    }
+
+    private static ITypeInfo Used(ITypeInfo user, TYPEDESC type)
+    {
+        user.GetRefTypeInfo(type.lpValue.ToInt32(), out ITypeInfo used); // a reference, not a pointer
+        return used;
+    }
+
+    private static bool IsInterface(ITypeInfo user, TYPEDESC type)
+    {
+        if ((VarEnum)type.vt != VarEnum.VT_USERDEFINED) return false;
+        TYPEKIND kind = Attributes(Used(user, type)).typekind;
+        return kind == TYPEKIND.TKIND_DISPATCH || kind == TYPEKIND.TKIND_INTERFACE;
     }
 
     private static IEnumerable<string> OfDeclarations()
@@ -141,12 +164,19 @@ internal static class TypeLibraryTest
     private static string Element(Type type, ParameterInfo parameter)
     {
         var marshal = parameter.GetCustomAttribute<MarshalAsAttribute>();
-        if (type.IsArray) return (marshal.Value == UnmanagedType.SafeArray ? marshal.SafeArraySubType.ToString() : "no safe array") + "[]";
+        if (type.IsArray) return ArrayElement(type.GetElementType(), marshal) + "[]";
         if (type == typeof(string)) return marshal != null && marshal.Value == UnmanagedType.BStr ? "VT_BSTR" : "no BSTR";
         if (type == typeof(int)) return "VT_I4";
         if (type == typeof(float)) return "VT_R4";
         if (type == typeof(bool)) return "VT_BOOL";
         if (type == typeof(DateTime)) return "VT_DATE";
+        if (type == typeof(object)) return marshal != null && marshal.Value == UnmanagedType.Struct ? "VT_VARIANT" : "no VARIANT";
         return type.Name;
+    }
+
+    private static string ArrayElement(Type type, MarshalAsAttribute marshal)
+    {
+        if (marshal.Value != UnmanagedType.SafeArray) return "no safe array";
+        return marshal.SafeArraySubType == VarEnum.VT_DISPATCH && type.IsInterface ? type.Name : marshal.SafeArraySubType.ToString();
     }
 }

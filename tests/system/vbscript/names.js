@@ -1,4 +1,4 @@
-// Names, lists and special values from the other language of the script host, whose own arrays are objects.
+// Names, lists, special values and an extra value from the other language of the script host, whose own arrays are objects.
 
 var passed = 0, failed = 0;
 
@@ -36,6 +36,15 @@ check("relationships", function () { return wrapper.GetListOfRelationshipPIDs(1,
 check("a special value as a number", function () { return wrapper.Param_GetSpecialValue_Int32(500100000, -95) === 3; });
 check("a special value as a boolean", function () { return wrapper.Param_GetSpecialValue_Boolean(500100000, -17) === true; });
 check("a special value as a text", function () { return wrapper.Param_GetSpecialValue_String(511010001, -22) === "40CFR75"; });
+check("an extra value comes back to the character", function () {
+    var at = 39692, text = "<x>\u0000 \u20AC \uD83C\uDFED</x>";
+    var point = wrapper.MakeBlankDataPointWrapper(at);
+    point.XValueXML = text;
+    var written = wrapper.UpdateLongTermDataPointXValue(point, 504030000, "1h");
+    var found = new VBArray(wrapper.GetLongTermDataPoints(504030000, "1h", at, at)).getItem(0).XValueXML;
+    point.XValueXML = "";
+    return written && wrapper.UpdateLongTermDataPointXValue(point, 504030000, "1h") && found === text;
+});
 wrapper.Teardown();
 
 WScript.Echo(passed + " passed, " + failed + " failed");

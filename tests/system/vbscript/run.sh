@@ -22,6 +22,7 @@ expect '^1440 minutes written to 511010001' host "$VTDN_SOURCE/samples/vbscript/
 echo "2 passed, 0 failed" >"$log"
 with_checks clients.vbs
 with_checks members.vbs
+with_checks data_points.vbs
 with_checks again.vbs
 host "$here/names.js" | tee -a "$log"
 expect_alarms "2008-05-01 00:00,2,Test,Group,VBScript,Written by a script"
