@@ -8,7 +8,8 @@ build() {
     [ -t 1 ] && quiet=
     mkdir -p "$ROOT/build"
     step "Building $preset"
-    if ! cmake --preset "$preset" -DVTDN_SQLITE_DIR="$SQLITE_DIR" -DVTDN_GTEST_DIR="$GTEST_DIR" >"$log" 2>&1; then
+    if ! cmake --preset "$preset" -DVTDN_SQLITE_DIR="$SQLITE_DIR" -DVTDN_PUGIXML_DIR="$PUGIXML_DIR" \
+        -DVTDN_GTEST_DIR="$GTEST_DIR" >"$log" 2>&1; then
         cat "$log" >&2
         complain "CMake could not configure $preset; its output is above."
         return 1

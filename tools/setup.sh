@@ -5,6 +5,7 @@
 . "$ROOT/tools/wine.sh"
 
 SQLITE_DIR=$CACHE/${sqlite_package/@/-}/deps/sqlite3
+PUGIXML_DIR=$CACHE/pugixml-$pugixml_version/src
 DOTNET_DIR=$CACHE/${dotnet_package/@/-}
 GTEST_DIR=/usr/src/googletest
 
@@ -97,11 +98,39 @@ own_wine32() {
     [ $status = 7 ]
 }
 
-# The mirror that apt uses here, and its proxy; debootstrap's own default when apt names none.
+# The mirror that apt uses here; nothing when apt names none. Who publishes a mirror apt knows only once it has fetched
+# the package lists; until then the first main one is taken.
 debian_mirror() {
+    local mirror
     # shellcheck disable=SC2016
-    apt-get indextargets --format '$(ORIGIN) $(COMPONENT) $(SITE)' 'Created-By: Packages' 2>/dev/null |
-        sed -n 's/^Debian main \(http[^ ]*\)$/\1/p' | grep -v security | head -n 1
+    mirror=$(apt-get indextargets --format '$(ORIGIN) $(COMPONENT) $(SITE)' 'Created-By: Packages' 2>/dev/null |
+        sed -n 's/^Debian main \(http[^ ]*\)$/\1/p' | grep -v security | head -n 1)
+    # shellcheck disable=SC2016
+    [ -n "$mirror" ] || mirror=$(apt-get indextargets --no-release-info --format '$(COMPONENT) $(SITE)' \
+        'Created-By: Packages' 2>/dev/null | sed -n 's/^main \(http[^ ]*\)$/\1/p' | grep -v security | head -n 1)
+    echo "$mirror"
+}
+
+# Through apt's own downloader, which knows the proxy and needs no root.
+fetch_pugixml() {
+    local final=${PUGIXML_DIR%/src} mirror new
+    [ -d "$final" ] && return
+    mirror=$(debian_mirror || true)
+    [ -n "$mirror" ] ||
+        die "apt names no Debian mirror to fetch pugixml from (apt-get indextargets). Add one to apt's sources and run
+apt-get update, or unpack the sources of pugixml $pugixml_version as $final yourself."
+    step "Fetching pugixml $pugixml_version ($mirror/$pugixml_path)"
+    new=$(new_in_cache)
+    if ! /usr/lib/apt/apt-helper download-file "$mirror/$pugixml_path" "$new/pugixml.tar.gz" >"$new/log" 2>&1; then
+        tail -n 20 "$new/log" >&2
+        die "apt could not fetch pugixml; its message is above. Check the network and apt's proxy, then run this again."
+    fi
+    sha256sum --check --status <<<"$pugixml_sha256  $new/pugixml.tar.gz" ||
+        die "${pugixml_path##*/} is not the file that was pinned (sha256 in tools/pins.sh). Nothing was installed."
+    mkdir "$new/out"
+    tar -xzf "$new/pugixml.tar.gz" -C "$new/out" --strip-components=1
+    mv -T "$new/out" "$final"
+    rm -rf "$new"
 }
 
 make_wine32_root() {
@@ -152,6 +181,7 @@ set_up_cache() {
     install_packages
     check_googletest
     fetch_npm "$sqlite_package" "$sqlite_sha512" "${SQLITE_DIR%/deps/sqlite3}" "SQLite $sqlite_version" deps/sqlite3
+    fetch_pugixml
     if [ "$1" = test ]; then
         fetch_npm "$dotnet_package" "$dotnet_sha512" "$DOTNET_DIR" "the C# compiler and runtime for the tests"
     fi
