@@ -1,11 +1,10 @@
 // The time of this computer, as sites have it.
 #pragma once
 
-#include "store/time.h"
+#include "com/computer.h"
 
 namespace vtdn::client {
 
-/// Now in local standard time, whole seconds: daylight saving time is not added.
-store::Time standardTimeNow();
+using com::standardTimeNow;
 
 }  // namespace vtdn::client

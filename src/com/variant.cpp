@@ -89,6 +89,12 @@ HRESULT toInteger(const VARIANT& variant, Int& out) noexcept {
                     return DISP_E_OVERFLOW;
                 out = static_cast<Int>(value.lVal);
                 return S_OK;
+            case VT_UI4:
+            case VT_UINT:
+                // Not every platform's own conversion sees that it does not fit.
+                if (value.ulVal > static_cast<ULONG>(std::numeric_limits<Int>::max())) return DISP_E_OVERFLOW;
+                out = static_cast<Int>(value.ulVal);
+                return S_OK;
             case VT_R4:
                 return wholeNumber(value.fltVal, out);
             case VT_R8:

@@ -138,6 +138,20 @@ TEST(ToInt32, RoundsAndEndsAtItsRange) {
     EXPECT_EQ(int32(Variant::of(L" 1,234 ")), good(LONG{1234}));
 }
 
+TEST(ToInt32, AnUnsignedNumberThatDoesNotFitIsAnOverflow) {
+    for (const VARTYPE type : {VT_UI4, VT_UINT}) {
+        Variant v;
+        v.inOut()->vt = type;
+        v.inOut()->ulVal = 0x7FFFFFFFU;
+        EXPECT_EQ(int32(v), good(LONG{0x7FFFFFFF}));
+        EXPECT_EQ(int16(v).result, overflow);
+        v.inOut()->ulVal = 0x80000000U;
+        EXPECT_EQ(int32(v).result, overflow);
+        v.inOut()->ulVal = 32767;
+        EXPECT_EQ(int16(v), good(32767));
+    }
+}
+
 TEST(ToSingle, CopiesNarrowsAndOverflows) {
     EXPECT_EQ(single(Variant::of(0.1F)), good(0.1F));
     EXPECT_EQ(single(Variant::of(0.1)), good(0.1F));
