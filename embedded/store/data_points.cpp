@@ -2,22 +2,12 @@
 
 #include <limits>
 
-#include "store/chunk.h"
 #include "store/error.h"
 #include "store/pid_text.h"
-#include "store/strict_row.h"
 #include "store/writable.h"
 
 namespace vtdn::store {
 namespace {
-
-// Changes with every byte of both texts, with where one ends, and with the interval that they belong to.
-std::int64_t checksumOf(std::int64_t series, Time time, const std::string& occurrence,
-                        const std::string& extra) {
-    const std::string all = std::to_string(occurrence.size()) + ':' + occurrence + extra;
-    return checksum(std::as_bytes(std::span(all)),
-                    static_cast<std::uint64_t>(series) << 40U ^ static_cast<std::uint64_t>(time));
-}
 
 void requireTime(Time time) {
     if (time < earliestTime || time > latestTime)
@@ -33,7 +23,7 @@ void requireRoom(const SeriesKey& key, const std::vector<DataPoint>& points) {
 
 }  // namespace
 
-SeriesKey dataPointSeries(const ParameterSet& parameters, Pid pid, const Interval& asked) {
+SeriesKey dataPointSeries(const ParameterSet& parameters, Pid pid, const std::optional<Interval>& asked) {
     const ParameterEntry& entry = parameters.entry(pid);
     const ParameterKind kind = entry.parameter.kind();
     if (kind != ParameterKind::database && kind != ParameterKind::occurrence)
@@ -44,53 +34,31 @@ SeriesKey dataPointSeries(const ParameterSet& parameters, Pid pid, const Interva
     if (!entry.interval)
         throw Error(ErrorKind::badInterval,
                     pidText(pid) + " has no interval, and without one there are no data points.");
-    if (asked != *entry.interval)
+    if (asked && *asked != *entry.interval)
         throw Error(ErrorKind::badInterval, "The data points of " + pidText(pid) + " have intervals of " +
-                                                entry.interval->text() + " and not of " + asked.text() + ".");
+                                                entry.interval->text() + " and not of " + asked->text() +
+                                                ".");
     return {pid, *entry.interval};
 }
-
-struct DataPointStore::Row {
-    Time time;
-    std::string occurrence;
-    std::string extra;
-};
 
 DataPointStore::DataPointStore(Database& db, SeriesStore& series)
     : db_(db),
       series_(series),
-      get_rows_(db,
-                "SELECT time, occurrence, extra, checksum FROM data_point_text "
-                "WHERE series = ? AND time BETWEEN ? AND ? ORDER BY time"),
-      put_row_(
-          db,
-          "INSERT INTO data_point_text (series, time, occurrence, extra, checksum) VALUES (?, ?, ?, ?, ?) "
-          "ON CONFLICT (series, time) DO UPDATE SET occurrence = excluded.occurrence, "
-          "extra = excluded.extra, checksum = excluded.checksum"),
-      remove_row_(db, "DELETE FROM data_point_text WHERE series = ? AND time = ?") {}
+      get_rows_(db, "SELECT " + std::string(pointTextColumns) +
+                        " FROM data_point_text WHERE series = ? AND time BETWEEN ? AND ? ORDER BY time"),
+      texts_(db),
+      edits_(db) {}
 
-std::string DataPointStore::damageSentence(const SeriesKey& key) const {
-    return "The database " + quote(db_.file()) + " holds a text of a data point of " + pidText(key.pid) +
-           " that is damaged. Restore it from a backup.";
-}
-
-DataPointStore::Row DataPointStore::readRow(const Statement& row, const SeriesKey& key,
-                                            std::int64_t series) const {
-    const StrictRow columns(db_, row, "a text of a data point");
-    Row read{columns.number(0, earliestTime, latestTime), columns.text(1), columns.text(2)};
-    const auto expected = columns.number(3, 0, std::numeric_limits<std::uint32_t>::max());
-    if (expected != checksumOf(series, read.time, read.occurrence, read.extra) ||
-        key.interval.begin(key.interval.index(read.time)) != read.time)
-        throw Error(ErrorKind::databaseDamaged, damageSentence(key));
-    return read;
-}
-
-std::vector<DataPoint> DataPointStore::list(const SeriesKey& key, Time first, Time last) {
+void requireTimes(Time first, Time last) {
     requireTime(first);
     requireTime(last);
     if (last < first)
         throw Error(ErrorKind::outOfRange,
                     "The span ends (" + timeText(last) + ") before it starts (" + timeText(first) + ").");
+}
+
+std::vector<DataPoint> DataPointStore::list(const SeriesKey& key, Time first, Time last) {
+    requireTimes(first, last);
     std::vector<DataPoint> points;
     const Snapshot snapshot(db_);
     const auto series = series_.find(key);
@@ -101,13 +69,13 @@ std::vector<DataPoint> DataPointStore::list(const SeriesKey& key, Time first, Ti
     bool more = get_rows_.step();
     const auto takeTexts = [&](Time until) {
         for (; more && get_rows_.number(0) <= until; more = get_rows_.step()) {
-            Row row = readRow(get_rows_, key, series);
+            const PointTextsView row = readPointTexts(db_, get_rows_, key, series);
             if (points.empty() || points.back().time != row.time) {
                 requireRoom(key, points);
                 points.push_back({row.time, {}, {}, {}});
             }
-            points.back().occurrence = std::move(row.occurrence);
-            points.back().extra = std::move(row.extra);
+            points.back().occurrence = row.occurrence;
+            points.back().extra = row.extra;
         }
     };
     series_.forEachStored(key, first, last, [&](Time time, Item item) {
@@ -115,34 +83,77 @@ std::vector<DataPoint> DataPointStore::list(const SeriesKey& key, Time first, Ti
         requireRoom(key, points);
         points.push_back({time, std::move(item), {}, {}});
         takeTexts(time);
+        return true;
     });
     takeTexts(last);
     return points;
 }
 
-void DataPointStore::write(const SeriesKey& key, Time time, PointText which, std::string_view text) {
+std::optional<DataPoint> DataPointStore::first(const SeriesKey& key, Time first, Time last) {
+    requireTimes(first, last);
+    const Snapshot snapshot(db_);
+    const auto series = series_.find(key);
+    if (series == 0) return std::nullopt;
+    std::optional<DataPoint> found;
+    series_.forEachStored(key, first, last, [&](Time time, Item item) {
+        found = DataPoint{time, std::move(item), {}, {}};
+        return false;
+    });
+    const ResetAtEnd reset(get_rows_);
+    if (!get_rows_.bindAll(series, first, found ? found->time : last).step()) return found;
+    const PointTextsView row = readPointTexts(db_, get_rows_, key, series);
+    if (!found || row.time < found->time) found = DataPoint{row.time, {}, {}, {}};
+    found->occurrence = row.occurrence;
+    found->extra = row.extra;
+    return found;
+}
+
+EditedParts DataPointStore::write(const SeriesKey& key, Time time, const PointChange& change,
+                                  const EditOrigin& origin) {
     requireBoundary(key.pid, key.interval, time);
-    requireStorableText(key.pid, text);
+    if (change.value) requireStorable(key.pid, *change.value);
+    for (const auto* text : {&change.occurrence, &change.extra})
+        if (*text) requireStorableText(key.pid, **text);
+    requireStorable(origin);
+    const OccurrenceSummary summary(parseOccurrence(change.occurrence.value_or(std::string())));
     Transaction transaction(db_);
     auto series = series_.find(key);
-    Row row{time, {}, {}};
-    bool known = false;
-    if (series != 0) {
-        const ResetAtEnd reset(get_rows_);
-        known = get_rows_.bindAll(series, time, time).step();
-        if (known) row = readRow(get_rows_, key, series);
+    std::optional<PointTexts> stored;
+    if (series != 0) stored = texts_.get(key, series, time);
+    PointTexts texts = stored.value_or(PointTexts{time, {}, {}, {}});
+    WriteItem item{{}, false, false};
+    if (series != 0 && (change.value || change.code || !change.may_create))
+        item.item = series_.read(key, time);
+    if (!change.may_create && !stored && item.item == Item{})
+        throw Error(ErrorKind::unknownDataPoint,
+                    "Nothing is stored of " + pidText(key.pid) + " at " + timeText(time) + ".");
+    auto parts = EditedParts::none;
+    if (change.value && !isSame(*change.value, item.item.value)) {
+        item.item.value = *change.value;
+        item.value = true;
+        parts |= EditedParts::value;
     }
-    (which == PointText::extra ? row.extra : row.occurrence) = text;
-    if (!row.occurrence.empty() || !row.extra.empty()) {
-        if (series == 0) series = series_.findOrAdd(key);
-        put_row_
-            .bindAll(series, time, row.occurrence, row.extra,
-                     checksumOf(series, time, row.occurrence, row.extra))
-            .run();
-    } else if (known) {
-        remove_row_.bindAll(series, time).run();
+    if (change.code && *change.code != item.item.code) {
+        item.item.code = *change.code;
+        item.code = true;
+        parts |= EditedParts::code;
     }
+    if (change.occurrence && *change.occurrence != texts.occurrence) {
+        texts.occurrence = *change.occurrence;
+        texts.summary = summary;
+        parts |= EditedParts::occurrence;
+    }
+    if (change.extra && *change.extra != texts.extra) {
+        texts.extra = *change.extra;
+        parts |= EditedParts::extra;
+    }
+    if (parts == EditedParts::none) return parts;
+    if (item.value || item.code) series_.write(key, time, item);
+    if (series == 0) series = series_.findOrAdd(key);
+    if (change.occurrence || change.extra) texts_.put(series, texts);
+    edits_.add(series, time, parts, origin);
     transaction.commit();
+    return parts;
 }
 
 std::vector<std::string> DataPointStore::check() {
@@ -154,7 +165,7 @@ std::vector<std::string> DataPointStore::check() {
                           std::numeric_limits<std::int64_t>::max());
         while (get_rows_.step()) {
             try {
-                (void)readRow(get_rows_, key, series);
+                (void)checkedSummary(db_, key, readPointTexts(db_, get_rows_, key, series));
             } catch (const Error& damage) {
                 sentences.emplace_back(damage.what());
             }
@@ -165,6 +176,8 @@ std::vector<std::string> DataPointStore::check() {
         sentences.push_back(
             "The database " + quote(db_.file()) +
             " holds texts of data points that belong to no parameter. Restore it from a backup.");
+    const auto edits = edits_.check();
+    sentences.insert(sentences.end(), edits.begin(), edits.end());
     return sentences;
 }
 

@@ -1,14 +1,16 @@
 // Data points: what one interval of a stored parameter holds altogether, its value, its monitor code and two
-// texts that nobody here reads.
+// texts, the occurrence and the extra value.
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "store/database.h"
+#include "store/edits.h"
 #include "store/parameters.h"
+#include "store/point_texts.h"
 #include "store/series.h"
 #include "store/value.h"
 
@@ -27,13 +29,24 @@ struct DataPoint {
 /// Most data points that one listing may have: almost four years of minutes. Each becomes an object.
 inline constexpr std::size_t mostDataPoints = 2'000'000;
 
-/// The texts that an interval has beside its value.
-enum class PointText : std::uint8_t { occurrence, extra };
+/// What is written of a data point; the rest stays as it is.
+struct PointChange {
+    std::optional<Value> value = std::nullopt;
+    std::optional<MonitorCode> code = std::nullopt;
+    std::optional<std::string> occurrence = std::nullopt;  ///< "" removes it
+    std::optional<std::string> extra = std::nullopt;       ///< "" removes it
+    bool may_create = true;  ///< whether the interval may be one that nothing is stored of
+};
+
+/// Throws outOfRange for a span that ends before it starts or leaves the years 100 to 9999.
+void requireTimes(Time first, Time last);
 
 /// The series whose intervals are data points: of a parameter whose values are stored (I/O types 38 and 31),
-/// at its own interval. Throws unknownParameter, notWritable for a constant or calculated parameter, and
-/// badInterval for one without an interval or when another than its own is asked for.
-[[nodiscard]] SeriesKey dataPointSeries(const ParameterSet& parameters, Pid pid, const Interval& asked);
+/// at its own interval, whichever that is unless one is asked for. Throws unknownParameter, notWritable for a
+/// constant or calculated parameter, and badInterval for one without an interval or when another than its own
+/// is asked for.
+[[nodiscard]] SeriesKey dataPointSeries(const ParameterSet& parameters, Pid pid,
+                                        const std::optional<Interval>& asked);
 
 /// The data points of one data database.
 class DataPointStore {
@@ -46,25 +59,28 @@ class DataPointStore {
     /// the years 100 to 9999 or has more than mostDataPoints, and databaseDamaged.
     [[nodiscard]] std::vector<DataPoint> list(const SeriesKey& key, Time first, Time last);
 
-    /// Writes one text of an interval and nothing else of it; "" removes it. On the disk when it returns.
-    /// Throws offBoundary, outOfRange, badValue for a text over longestText, and databaseDamaged when what
-    /// the interval has already cannot be read: it is then left as it is.
-    void write(const SeriesKey& key, Time time, PointText which, std::string_view text);
+    /// The first of those that list() gives.
+    [[nodiscard]] std::optional<DataPoint> first(const SeriesKey& key, Time first, Time last);
 
-    /// Reads all texts and returns a sentence for each damage that was found.
+    /// Writes what differs from what is stored, with its edit, and returns what that was; when nothing
+    /// differs, nothing is written. On the disk when it returns. Throws offBoundary, outOfRange, badValue for
+    /// what cannot be kept and for an occurrence text that is none, unknownDataPoint, and databaseDamaged
+    /// when what the interval has already and is looked at cannot be read: the texts, and the value and code
+    /// unless only texts are written to an interval that may be new.
+    EditedParts write(const SeriesKey& key, Time time, const PointChange& change, const EditOrigin& origin);
+
+    /// The edits of this database.
+    [[nodiscard]] EditLog& edits() { return edits_; }
+
+    /// Reads all texts and edits and returns a sentence for each damage that was found.
     [[nodiscard]] std::vector<std::string> check();
 
   private:
-    struct Row;
-
-    [[nodiscard]] Row readRow(const Statement& row, const SeriesKey& key, std::int64_t series) const;
-    [[nodiscard]] std::string damageSentence(const SeriesKey& key) const;
-
     Database& db_;
     SeriesStore& series_;
     Statement get_rows_;
-    Statement put_row_;
-    Statement remove_row_;
+    PointTextTable texts_;
+    EditLog edits_;
 };
 
 }  // namespace vtdn::store

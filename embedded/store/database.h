@@ -98,8 +98,9 @@ class Statement {
     [[nodiscard]] std::int32_t integer(int column) const { return static_cast<std::int32_t>(number(column)); }
     [[nodiscard]] double real(int column) const;
     [[nodiscard]] std::string text(int column) const;
-    /// Valid until the next step or reset.
+    // Of a text or a blob as it stands; valid until the next step or reset.
     [[nodiscard]] std::span<const std::byte> blob(int column) const;
+    [[nodiscard]] std::string_view view(int column) const;
 
   private:
     struct Finalizer {

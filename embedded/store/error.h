@@ -21,6 +21,7 @@ enum class ErrorKind {
     diskFull,             ///< no room for what was to be written
     ioFailure,            ///< any other failure of the file system
     unknownParameter,     ///< no parameter of that PID
+    unknownDataPoint,     ///< an interval that nothing is stored of
     notWritable,          ///< a parameter whose values are not stored
     badParameter,         ///< a parameter definition that contradicts itself or the others
     badFormula,           ///< formula text that cannot be read

@@ -66,6 +66,13 @@ void Load::append(Pid pid, Time time, const Item& item) {
     at->second.append(time, item);
 }
 
+void Load::writeOccurrence(Pid tag, Time time, const Occurrence& occurrence, const EditOrigin& origin) {
+    const ParameterSet& parameters = state_->site.parameters();
+    const SeriesKey key = dataPointSeries(parameters, tag, parameters.entry(tag).interval);
+    const PointChange change{.occurrence = occurrenceText(occurrence)};
+    (void)state_->site.pointsOf(key.interval).write(key, time, change, origin);
+}
+
 void Load::commit() {
     for (auto& [pid, appender] : state_->appenders) appender.finish();
     state_->short_term.commit();

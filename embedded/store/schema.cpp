@@ -95,7 +95,9 @@ constexpr const char* alarmScripts[] = {VTDN_SITE_TABLE, R"(
 
 // chunk.id is series.id * 2^32 + chunk number + 2^31: chunks lie in the file in the order they are read in,
 // and rows of this kind fill their pages, which rows under a key of two columns would not.
-// data_point_text has what a data point holds beside value and code, for the few that hold it.
+// data_point_text has what a data point holds beside value and code, for the few that hold it; parts and what
+// follows say what the occurrence text holds, so that a listing reads no XML. edit.edited is when it was
+// made.
 constexpr const char* dataScripts[] = {VTDN_SITE_TABLE R"(
     CREATE TABLE series (
         id INTEGER PRIMARY KEY,
@@ -112,7 +114,22 @@ constexpr const char* dataScripts[] = {VTDN_SITE_TABLE R"(
         occurrence TEXT NOT NULL,
         extra TEXT NOT NULL,
         checksum INTEGER NOT NULL,
-        PRIMARY KEY (series, time)) STRICT, WITHOUT ROWID;)"};
+        PRIMARY KEY (series, time)) STRICT, WITHOUT ROWID;)",
+                                       R"(
+    ALTER TABLE data_point_text ADD COLUMN parts INTEGER NOT NULL DEFAULT 0;
+    ALTER TABLE data_point_text ADD COLUMN excursion_pid INTEGER NOT NULL DEFAULT 0;
+    ALTER TABLE data_point_text ADD COLUMN downtime_pid INTEGER NOT NULL DEFAULT 0;
+    CREATE TABLE edit (
+        id INTEGER PRIMARY KEY AUTOINCREMENT,
+        series INTEGER NOT NULL REFERENCES series,
+        time INTEGER NOT NULL,
+        parts INTEGER NOT NULL,
+        edited INTEGER NOT NULL,
+        source TEXT NOT NULL,
+        user TEXT NOT NULL,
+        checksum INTEGER NOT NULL) STRICT;
+    CREATE INDEX edit_by_edited ON edit (edited);
+    CREATE INDEX edit_by_place ON edit (series, time);)"};
 
 #undef VTDN_SITE_TABLE
 

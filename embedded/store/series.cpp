@@ -4,30 +4,10 @@
 
 #include "store/error.h"
 #include "store/pid_text.h"
+#include "store/series_rows.h"
 
 namespace vtdn::store {
 namespace {
-
-constexpr std::int64_t chunkBias = std::int64_t{1} << 31;
-
-// Series and chunk in one number, in the order of reading.
-std::int64_t rowOf(std::int64_t series, std::int64_t chunk) {
-    return (series << 32) + chunk + chunkBias;
-}
-std::int64_t chunkOfRow(std::int64_t row) {
-    return (row & 0xFFFF'FFFF) - chunkBias;
-}
-std::int64_t seriesOfRow(std::int64_t row) {
-    return row >> 32;
-}
-
-std::uint64_t checksumKey(std::int64_t row) {
-    return static_cast<std::uint64_t>(row);
-}
-
-std::int64_t chunkOfIndex(std::int64_t index) {
-    return floorDivide(index, slotsPerChunk);
-}
 
 bool isAll(std::span<const WriteParts> mask, WriteParts parts) {
     return std::all_of(mask.begin(), mask.end(), [parts](WriteParts m) { return m == parts; });
@@ -181,30 +161,6 @@ void SeriesStore::read(const SeriesKey& key, Time start, std::int32_t count, Run
     run.finish(count);
 }
 
-void SeriesStore::forEachStored(const SeriesKey& key, Time first, Time last, const EachStored& each) {
-    std::int64_t from = key.interval.index(first);
-    if (key.interval.begin(from) < first) ++from;
-    const std::int64_t end = key.interval.index(last) + 1;
-    if (from >= end) return;
-    const Snapshot snapshot(db_);
-    const auto series = find(key);
-    if (series == 0) return;
-    const ResetAtEnd reset(get_chunks_);
-    get_chunks_.bindAll(rowOf(series, chunkOfIndex(from)), rowOf(series, chunkOfIndex(end - 1)));
-    Run run;
-    while (get_chunks_.step()) {
-        const auto row = get_chunks_.number(0);
-        const std::int64_t begin = chunkOfRow(row) * slotsPerChunk;
-        const std::int64_t at = std::max(begin, from);
-        const auto count = static_cast<std::int32_t>(std::min(begin + slotsPerChunk, end) - at);
-        run.clear();
-        decodeRow(key, row, get_chunks_.blob(1), static_cast<std::int32_t>(at - begin), count, run);
-        run.finish(count);
-        for (std::int32_t i = 0; i < count; ++i)
-            if (Item item = run.item(i); item != Item{}) each(key.interval.begin(at + i), std::move(item));
-    }
-}
-
 void SeriesStore::write(const SeriesKey& key, Time time, const WriteItem& item) {
     Run run;
     run.appendValue(item.item.value);
@@ -277,44 +233,6 @@ std::map<std::int64_t, SeriesKey> SeriesStore::keys() {
     while (series.step())
         all.insert({series.number(0), {series.integer(1), Interval::parse(series.text(2))}});
     return all;
-}
-
-std::vector<std::string> SeriesStore::check() {
-    std::vector<std::string> sentences;
-    const Snapshot snapshot(db_);
-    const auto known = keys();
-    Statement chunks(db_, "SELECT id, data FROM chunk ORDER BY id");
-    Run run;
-    while (chunks.step()) {
-        const auto row = chunks.number(0);
-        const auto key = known.find(seriesOfRow(row));
-        if (key == known.end()) {
-            sentences.push_back("The database " + quote(db_.file()) +
-                                " holds values that belong to no parameter. Restore it from a backup.");
-            continue;
-        }
-        try {
-            run.clear();
-            decodeChunk(chunks.blob(1), checksumKey(row), 0, slotsPerChunk, run);
-        } catch (const DamagedChunk&) {
-            sentences.push_back(damageSentence(key->second, chunkOfRow(row)));
-        }
-    }
-    return sentences;
-}
-
-std::int64_t SeriesStore::countStored() {
-    std::int64_t total = 0;
-    const Snapshot snapshot(db_);
-    Statement chunks(db_, "SELECT id, data FROM chunk");
-    Run run;
-    while (chunks.step()) {
-        run.clear();
-        decodeChunk(chunks.blob(1), checksumKey(chunks.number(0)), 0, slotsPerChunk, run);
-        run.finish(slotsPerChunk);
-        for (std::int32_t i = 0; i < slotsPerChunk; ++i) total += run.item(i) != Item{} ? 1 : 0;
-    }
-    return total;
 }
 
 }  // namespace vtdn::store

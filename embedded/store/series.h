@@ -54,11 +54,18 @@ class SeriesStore {
     /// Reads consecutive intervals of the series' own length, as of one moment.
     void read(const SeriesKey& key, Time start, std::int32_t count, Run& run);
 
-    /// Called with the beginning and the item of an interval.
-    using EachStored = std::function<void(Time time, Item item)>;
+    /// Called with the beginning and the item of an interval; false ends it.
+    using EachStored = std::function<bool(Time time, Item item)>;
     /// Every interval that begins from first to last, any times with both included, and holds a value or a
     /// code, in order of time. What lies between costs nothing.
     void forEachStored(const SeriesKey& key, Time first, Time last, const EachStored& each);
+
+    /// Called with the place of an interval among those asked for and with its item.
+    using EachAt = std::function<void(std::size_t i, Item item)>;
+    /// Intervals by their beginnings, in ascending order. Only blocks that hold one of them are read. A block
+    /// that is damaged adds a sentence, and its intervals are left out.
+    void forEachAt(const SeriesKey& key, std::span<const Time> times, std::vector<std::string>& damages,
+                   const EachAt& each);
 
     /// Writes one interval, or as much of it as the mask says. On the disk when it returns.
     void write(const SeriesKey& key, Time time, const WriteItem& item);

@@ -1,10 +1,12 @@
 #include "store/site.h"
 
+#include <algorithm>
 #include <array>
 #include <map>
 
 #include "store/connection.h"
 #include "store/error.h"
+#include "store/occurrence_list.h"
 #include "store/reader.h"
 #include "store/run_stock.h"
 #include "store/writable.h"
@@ -213,10 +215,41 @@ std::vector<DataPoint> Site::dataPoints(Pid pid, const Interval& interval, Time 
     return pointsOf(key.interval).list(key, first, last);
 }
 
-bool Site::setExtra(Pid pid, const Interval& interval, Time time, std::string_view text) {
+bool Site::setExtra(Pid pid, const Interval& interval, Time time, std::string_view text,
+                    const EditOrigin& origin) {
     const SeriesKey key = dataPointSeries(parameters(), pid, interval);
-    pointsOf(key.interval).write(key, time, PointText::extra, text);
+    pointsOf(key.interval).write(key, time, {.extra = std::string(text)}, origin);
     return true;
+}
+
+std::optional<DataPoint> Site::findDataPoint(Pid pid, const Interval& interval, Time from, Time to) {
+    const SeriesKey key = dataPointSeries(parameters(), pid, interval);
+    return pointsOf(key.interval).first(key, from, to);
+}
+
+void Site::saveDataPoint(const DataPointSave& save) {
+    const SeriesKey key = dataPointSeries(parameters(), save.pid, save.interval);
+    const PointChange change{
+        .value = save.value, .code = save.code, .occurrence = save.occurrence, .may_create = save.may_create};
+    (void)pointsOf(key.interval).write(key, save.time, change, save.origin);
+}
+
+OccurrenceList Site::occurrences(const OccurrenceFilter& filter) {
+    const std::array<OccurrenceSource, 2> sources{
+        {{database(DatabaseKind::data), *state_->long_term},
+         {database(DatabaseKind::dataShortTerm), *state_->short_term}}};
+    return listOccurrences(sources, parameters(), filter);
+}
+
+std::vector<Edit> Site::edits(const EditFilter& filter) {
+    std::vector<Edit> all = state_->long_term_points->edits().list(filter);
+    const std::vector<Edit> shorter = state_->short_term_points->edits().list(filter);
+    all.insert(all.end(), shorter.begin(), shorter.end());
+    std::stable_sort(all.begin(), all.end(),
+                     [](const Edit& a, const Edit& b) { return a.origin.when > b.origin.when; });
+    if (filter.limit && all.size() > static_cast<std::size_t>(*filter.limit))
+        all.erase(all.begin() + *filter.limit, all.end());
+    return all;
 }
 
 std::vector<std::string> Site::check() {

@@ -14,7 +14,10 @@
 #include "store/configuration.h"
 #include "store/data_points.h"
 #include "store/database.h"
+#include "store/edits.h"
 #include "store/interval.h"
+#include "store/occurrence.h"
+#include "store/occurrences.h"
 #include "store/run.h"
 #include "store/schema.h"
 #include "store/series.h"
@@ -112,9 +115,27 @@ class Site {
     /// order of time. Any times will do. Throws what DataPointStore::list throws.
     [[nodiscard]] std::vector<DataPoint> dataPoints(Pid pid, const Interval& interval, Time first, Time last);
     /// Writes the extra-value text of the interval that begins at the time and nothing else of it; "" removes
-    /// it. On the disk when it returns, and true then. Throws what DataPointStore::write throws, and
-    /// databaseReadOnly, databaseLocked, diskFull.
-    bool setExtra(Pid pid, const Interval& interval, Time time, std::string_view text);
+    /// it. On the disk with its edit when it returns, and true then. Throws what DataPointStore::write
+    /// throws, and databaseReadOnly, databaseLocked, diskFull.
+    bool setExtra(Pid pid, const Interval& interval, Time time, std::string_view text,
+                  const EditOrigin& origin);
+    /// The first interval that begins from one time to the other, both included, and has anything stored.
+    /// Throws what dataPoints throws.
+    [[nodiscard]] std::optional<DataPoint> findDataPoint(Pid pid, const Interval& interval, Time from,
+                                                         Time to);
+    /// Writes value, code and occurrence of an interval in one transaction, with its edit when anything
+    /// changes; the extra value stays. On the disk when it returns. Throws what dataPointSeries throws,
+    /// offBoundary, outOfRange, badValue (also for an occurrence text that is none), unknownDataPoint when
+    /// nothing is stored of the interval and none may be made, databaseDamaged when what is stored already
+    /// cannot be read (it is then left as it is), databaseReadOnly, databaseLocked, diskFull.
+    void saveDataPoint(const DataPointSave& save);
+    /// The occurrences of all tags that the site knows, of all intervals. Throws outOfRange for a span that
+    /// ends before it starts, leaves the years 100 to 9999 or has more than mostDataPoints occurrences, and
+    /// unknownParameter.
+    [[nodiscard]] OccurrenceList occurrences(const OccurrenceFilter& filter);
+    /// The edits, newest first; of one moment the one that was written last first. Throws outOfRange for a
+    /// limit below 0 or a span that ends before it starts, and databaseDamaged.
+    [[nodiscard]] std::vector<Edit> edits(const EditFilter& filter = {});
 
     /// Reads everything and returns a sentence for each damage that was found.
     [[nodiscard]] std::vector<std::string> check();
@@ -152,6 +173,9 @@ class Load {
     /// One interval of a database parameter. Times of one parameter must ascend; parameters may be mixed.
     /// Throws what Site::write throws, and outOfRange for a time that is not behind the one before.
     void append(Pid pid, Time time, const Item& item);
+    /// The occurrence of one interval of a tag, with its edit when it is not there already; value, code and
+    /// extra value stay. Throws what Site::saveDataPoint throws.
+    void writeOccurrence(Pid tag, Time time, const Occurrence& occurrence, const EditOrigin& origin);
     void commit();
 
   private:

@@ -32,8 +32,12 @@ void StrictRow::null(int column) const {
 }
 
 std::string StrictRow::text(int column) const {
+    return std::string(view(column));
+}
+
+std::string_view StrictRow::view(int column) const {
     require(row_.type(column) == ColumnType::text);
-    return row_.text(column);
+    return row_.view(column);
 }
 
 }  // namespace vtdn::store

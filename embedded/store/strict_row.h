@@ -26,6 +26,8 @@ class StrictRow {
     [[nodiscard]] double real(int column) const;
     void null(int column) const;
     [[nodiscard]] std::string text(int column) const;
+    /// Valid until the next step or reset.
+    [[nodiscard]] std::string_view view(int column) const;
 
   private:
     void require(bool holds) const;

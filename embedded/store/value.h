@@ -1,6 +1,7 @@
 // One stored value and its monitor code.
 #pragma once
 
+#include <bit>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -47,6 +48,18 @@ struct Item {
             break;
     }
     return std::nullopt;
+}
+
+/// Whether two values are the same bit by bit (0.0 and -0.0 are equal and not the same).
+[[nodiscard]] inline bool isSame(const Value& a, const Value& b) {
+    if (kindOf(a) != kindOf(b)) return false;
+    if (kindOf(a) == ValueKind::single)
+        return std::bit_cast<std::uint32_t>(std::get<float>(a)) ==
+               std::bit_cast<std::uint32_t>(std::get<float>(b));
+    if (kindOf(a) == ValueKind::real)
+        return std::bit_cast<std::uint64_t>(std::get<double>(a)) ==
+               std::bit_cast<std::uint64_t>(std::get<double>(b));
+    return a == b;
 }
 
 }  // namespace vtdn::store

@@ -11,6 +11,7 @@
 #include "store/error.h"
 #include "store/formula.h"
 #include "store/interval.h"
+#include "store/occurrence.h"
 
 namespace vtdn::store::fuzz {
 namespace {
@@ -108,6 +109,18 @@ bool chunk(std::string_view input) {
     }
 }
 
+bool occurrence(std::string_view input) {
+    try {
+        const Occurrence read = parseOccurrence(input);
+        require(occurrenceText(read) == input, "what was read is written the same");
+        require(read.empty() == input.empty(), "only an empty text has no part");
+        return !read.empty();
+    } catch (const Error& e) {
+        require(e.kind() == ErrorKind::badValue, "the kind of error is badValue");
+        return false;
+    }
+}
+
 }  // namespace
 
 const std::vector<Target>& targets() {
@@ -134,6 +147,17 @@ const std::vector<Target>& targets() {
           "\1\0\240\5\0\0\0\0\0\240\5\0\240\5\1\0\0\0"sv,
           "\1\0\3\0\0\0\0\0\3\1\0\0\0\0\0\0\0\360\77\0\2\0\2\3\0\1\0\2\0\3\0"sv},
          {"\0"sv, "\1", "\2", "\3", "\4", "\240\5", "\377\377", "\1\0\0\0"sv}},
+        {"occurrence",
+         occurrence,
+         {"<Occurrence><Excursion PID=\"101000501\" Category=\"fan\" Reason=\"a long text that says what "
+          "happened, "
+          "and when\" Action=\"none &lt;yet>\" Excludable=\"1\" Limit=\"0.5 lb/mmBtu\" "
+          "LimitPID=\"101000900\"/>"
+          "<Downtime PID=\"101000502\" Excludable=\"0\"/></Occurrence>",
+          "<Occurrence><Downtime PID=\"-5\" Reason=\"\\0000&#10;\\\\\\dcff and other texts\" "
+          "Excludable=\"0\"/></Occurrence>"},
+         {"<Excursion", "<Downtime", "</", "/>", ">", "\"", "PID=\"1\" ", "Reason=\"x\" ", "&lt;", "&#13;",
+          "\\fffe", "\\\\", "\xEF\xBF\xBF", "\xF0\x9F\x8F\xAD", "<!--", "<![CDATA[", "\0"sv}},
     };
     return all;
 }

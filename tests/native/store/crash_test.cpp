@@ -168,32 +168,32 @@ TEST(PowerCut, AlarmsThatWereAcknowledgedSurvive) {
     EXPECT_GT(acknowledged, 300U);
 }
 
-// What of the texts was acknowledged, and at most the one that was under way besides; the values beside them
-// stay.
-TEST(PowerCut, TextsOfDataPointsThatWereAcknowledgedSurvive) {
+// What of the saves was acknowledged, and at most the one that was under way besides: text, value, code and
+// edit of each together.
+TEST(PowerCut, DataPointsThatWereAcknowledgedSurviveWithTheirEdits) {
     TempFolder folder;
     PowerCutDisk disk;
     const std::string file = folder.file("data_short_term.db");
     { const Database made = createDatabase(DatabaseKind::dataShortTerm, file, "S"); }
-    {
-        Database db = openDatabase(DatabaseKind::dataShortTerm, file);
-        SeriesStore series(db);
-        series.write(minutes, 0, runOf(std::vector<Item>(10, Item{1.5F, 3})));
-    }
+    const auto changeTo = [](int stamp) {
+        Occurrence occurrence;
+        occurrence.downtime.emplace().reason = std::to_string(stamp);
+        return PointChange{.value = static_cast<float>(stamp),
+                           .code = stamp,
+                           .occurrence = occurrenceText(occurrence),
+                           .extra = std::to_string(stamp)};
+    };
     std::mt19937 random(63);
     int acknowledged = 0;
-    const auto textOf = [](const DataPoint& point) {
-        return point.extra.empty() ? 0 : std::stoi(point.extra);
-    };
     for (int cut = 0; cut < 300; ++cut) {
-        disk.cutAfter(1 + static_cast<std::int64_t>(random() % 40));
+        disk.cutAfter(1 + static_cast<std::int64_t>(random() % 60));
         try {
             Database db = openDatabase(DatabaseKind::dataShortTerm, file);
             SeriesStore series(db);
             DataPointStore points(db, series);
             while (true) {
                 const int next = acknowledged + 1;
-                points.write(minutes, next % 10 * 60, PointText::extra, std::to_string(next));
+                points.write(minutes, next % 10 * 60, changeTo(next), editor);
                 acknowledged = next;
             }
         } catch (const Error&) {
@@ -202,17 +202,24 @@ TEST(PowerCut, TextsOfDataPointsThatWereAcknowledgedSurvive) {
         disk.restart(random);
         Database db = openDatabase(DatabaseKind::dataShortTerm, file);
         SeriesStore series(db);
-        const std::vector<DataPoint> stored = DataPointStore(db, series).list(minutes, 0, 9 * 60);
-        ASSERT_EQ(stored.size(), 10U) << "cut " << cut;
+        DataPointStore store(db, series);
+        const std::vector<DataPoint> stored = store.list(minutes, 0, 9 * 60);
         int latest = 0;
-        for (const DataPoint& point : stored) latest = std::max(latest, textOf(point));
+        for (const DataPoint& point : stored) latest = std::max(latest, point.item.code);
         ASSERT_TRUE(latest == acknowledged || latest == acknowledged + 1) << "cut " << cut;
+        ASSERT_EQ(stored.size(), std::min<std::size_t>(10, static_cast<std::size_t>(latest)));
         for (const DataPoint& point : stored) {
-            ASSERT_EQ(point.item, (Item{1.5F, 3}));
-            // The latest text that was written to this interval, if any.
+            // The latest stamp that was written to this interval.
             const int place = static_cast<int>(point.time / 60);
             const int wanted = latest - (latest - place + 10) % 10;
-            ASSERT_EQ(textOf(point), std::max(wanted, 0)) << "cut " << cut;
+            const PointChange change = changeTo(wanted);
+            ASSERT_EQ(point,
+                      (DataPoint{point.time, {*change.value, wanted}, *change.occurrence, *change.extra}))
+                << "cut " << cut;
+        }
+        ASSERT_EQ(db.queryNumber("SELECT count(*) FROM edit"), latest);
+        if (cut % 20 == 0) {
+            ASSERT_TRUE(store.check().empty());
         }
         acknowledged = latest;
     }
@@ -222,7 +229,7 @@ TEST(PowerCut, TextsOfDataPointsThatWereAcknowledgedSurvive) {
 struct OldFile {
     DatabaseKind kind;
     const char* script;
-    const char* tables;  // those that version 2 adds
+    const char* tables;  // those that later versions add
     std::int64_t count;
 };
 
@@ -264,7 +271,7 @@ TEST_P(OldFilePowerCut, IsBroughtUpToDateWhollyOrNotAtAll) {
         } else {
             ASSERT_EQ(SeriesStore(db).countStored(), 1);
         }
-        ASSERT_EQ(db.queryNumber("PRAGMA user_version"), 2);
+        ASSERT_EQ(db.queryNumber("PRAGMA user_version"), currentVersion(old_file.kind));
     }
     EXPECT_GT(unchanged, 3);
     EXPECT_GT(done, 3);
@@ -274,8 +281,9 @@ INSTANTIATE_TEST_SUITE_P(
     AllKinds, OldFilePowerCut,
     testing::Values(OldFile{DatabaseKind::config, configVersion1,
                             "'special_value', 'relationship', 'unit', 'parameter_code'", 4},
-                    OldFile{DatabaseKind::data, dataVersion1, "'data_point_text'", 1},
-                    OldFile{DatabaseKind::dataShortTerm, dataShortTermVersion1, "'data_point_text'", 1}),
+                    OldFile{DatabaseKind::data, dataVersion1, "'data_point_text', 'edit'", 2},
+                    OldFile{DatabaseKind::dataShortTerm, dataShortTermVersion1, "'data_point_text', 'edit'",
+                            2}),
     [](const auto& old_file) {
         switch (old_file.param.kind) {
             case DatabaseKind::config:

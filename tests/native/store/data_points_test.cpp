@@ -27,21 +27,21 @@ TEST(DataPoints, AreEveryIntervalWithAnythingStoredInOrderOfTime) {
             demo.site.write(pid, place(n), item);
         };
         // Both sides of a block's end, and blocks far apart.
-        demo.writeOccurrence(pid, interval, place(-9000), "only an occurrence");
+        demo.writeOccurrence(pid, interval, place(-9000), excursionText("alone"));
         write(0, {{1.5F, 3}});
         write(1, {{Value(), 12}});
-        demo.site.setExtra(pid, interval, place(2), strange);
+        demo.site.setExtra(pid, interval, place(2), strange, editor);
         write(3, {{std::int32_t{7}, 0}});
-        demo.site.setExtra(pid, interval, place(3), "extra");
-        demo.writeOccurrence(pid, interval, place(3), strange);
+        demo.site.setExtra(pid, interval, place(3), "extra", editor);
+        demo.writeOccurrence(pid, interval, place(3), excursionText(strange));
         write(1439, {{std::string("a\0b", 3), 1}});
         write(1440, {{0.25, -5}});
-        demo.site.setExtra(pid, interval, place(9000), std::string(longestText, 'x'));
-        const Points expected{{place(-9000), {}, "only an occurrence", ""},
+        demo.site.setExtra(pid, interval, place(9000), std::string(longestText, 'x'), editor);
+        const Points expected{{place(-9000), {}, excursionText("alone"), ""},
                               {place(0), {1.5F, 3}, "", ""},
                               {place(1), {Value(), 12}, "", ""},
                               {place(2), {}, "", strange},
-                              {place(3), {std::int32_t{7}, 0}, strange, "extra"},
+                              {place(3), {std::int32_t{7}, 0}, excursionText(strange), "extra"},
                               {place(1439), {std::string("a\0b", 3), 1}, "", ""},
                               {place(1440), {0.25, -5}, "", ""},
                               {place(9000), {}, "", std::string(longestText, 'x')}};
@@ -59,7 +59,7 @@ TEST(DataPoints, AreEveryIntervalWithAnythingStoredInOrderOfTime) {
 TEST(DataPoints, OfASpanAreThoseThatBeginInItWithBothEnds) {
     PointSite demo;
     for (const int n : {1, 2, 3}) demo.site.write(hourPid, at(n), {{std::int32_t{n}, n}});
-    demo.site.setExtra(hourPid, hour, at(4), "text");
+    demo.site.setExtra(hourPid, hour, at(4), "text", editor);
     const auto hours = [&](Time first, Time last) {
         std::vector<Time> found;
         for (const DataPoint& point : demo.site.dataPoints(hourPid, hour, first, last))
@@ -80,7 +80,7 @@ TEST(DataPoints, OfMonthsAreFoundByTheirFirstDay) {
     const Time march = timeOf({2007, 3, 1, 0, 0, 0});
     const Time may = timeOf({2007, 5, 1, 0, 0, 0});
     demo.site.write(monthPid, march, {{1.5F, 3}});
-    demo.site.setExtra(monthPid, month, may, "text");
+    demo.site.setExtra(monthPid, month, may, "text", editor);
     EXPECT_EQ(demo.site.dataPoints(monthPid, month, march - 86'400, may + 86'400),
               (Points{{march, {1.5F, 3}, "", ""}, {may, {}, "", "text"}}));
     EXPECT_TRUE(demo.site.dataPoints(monthPid, month, march + 1, may - 1).empty());
@@ -97,43 +97,44 @@ TEST(DataPoints, OfNothingStoredAreNone) {
 
 TEST(DataPoints, TextsAndValuesAreWrittenApart) {
     PointSite demo;
+    const std::string occurrence = excursionText("fan");
     const auto only = [&] { return demo.site.dataPoints(hourPid, hour, at(1), at(1)).at(0); };
     demo.site.write(hourPid, at(1), {{1.5F, 3}});
-    demo.writeOccurrence(hourPid, hour, at(1), "occurrence");
-    EXPECT_TRUE(demo.site.setExtra(hourPid, hour, at(1), "first"));
-    EXPECT_TRUE(demo.site.setExtra(hourPid, hour, at(1), "second"));
-    EXPECT_EQ(only(), (DataPoint{at(1), {1.5F, 3}, "occurrence", "second"}));
+    demo.writeOccurrence(hourPid, hour, at(1), occurrence);
+    EXPECT_TRUE(demo.site.setExtra(hourPid, hour, at(1), "first", editor));
+    EXPECT_TRUE(demo.site.setExtra(hourPid, hour, at(1), "second", editor));
+    EXPECT_EQ(only(), (DataPoint{at(1), {1.5F, 3}, occurrence, "second"}));
     demo.site.write(hourPid, at(1), {{std::string("x"), 9}});
-    EXPECT_EQ(only(), (DataPoint{at(1), {std::string("x"), 9}, "occurrence", "second"}));
+    EXPECT_EQ(only(), (DataPoint{at(1), {std::string("x"), 9}, occurrence, "second"}));
     demo.site.write(hourPid, at(1), {Item{}});
-    EXPECT_EQ(only(), (DataPoint{at(1), {}, "occurrence", "second"}));
-    demo.site.setExtra(hourPid, hour, at(1), "");
-    EXPECT_EQ(only(), (DataPoint{at(1), {}, "occurrence", ""}));
+    EXPECT_EQ(only(), (DataPoint{at(1), {}, occurrence, "second"}));
+    demo.site.setExtra(hourPid, hour, at(1), "", editor);
+    EXPECT_EQ(only(), (DataPoint{at(1), {}, occurrence, ""}));
     {
         Load load(demo.site);
         load.append(hourPid, at(1), {2.5F, 1});
         load.commit();
     }
-    EXPECT_EQ(only(), (DataPoint{at(1), {2.5F, 1}, "occurrence", ""}));
+    EXPECT_EQ(only(), (DataPoint{at(1), {2.5F, 1}, occurrence, ""}));
 }
 
 TEST(DataPoints, AnExtraTextThatIsRemovedLeavesNothing) {
     PointSite demo;
-    EXPECT_TRUE(demo.site.setExtra(hourPid, hour, at(1), "")) << "what is not there can be removed";
+    EXPECT_TRUE(demo.site.setExtra(hourPid, hour, at(1), "", editor)) << "what is not there can be removed";
     EXPECT_EQ(demo.site.database(DatabaseKind::data).queryNumber("SELECT count(*) FROM series"), 0);
-    demo.site.setExtra(hourPid, hour, at(1), std::string("\0", 1));
+    demo.site.setExtra(hourPid, hour, at(1), std::string("\0", 1), editor);
     EXPECT_EQ(demo.site.dataPoints(hourPid, hour, at(1), at(1)).size(), 1U) << "NUL is a text";
-    demo.site.setExtra(hourPid, hour, at(1), "");
+    demo.site.setExtra(hourPid, hour, at(1), "", editor);
     EXPECT_TRUE(demo.site.dataPoints(hourPid, hour, at(1), at(1)).empty());
     EXPECT_EQ(demo.site.database(DatabaseKind::data).queryNumber("SELECT count(*) FROM data_point_text"), 0);
 }
 
 TEST(DataPoints, OccurrenceParametersHaveThemToo) {
     PointSite demo;
-    demo.site.setExtra(occurrencePid, hour, at(1), "extra");
-    demo.writeOccurrence(occurrencePid, hour, at(2), "occurrence");
+    demo.site.setExtra(occurrencePid, hour, at(1), "extra", editor);
+    demo.writeOccurrence(occurrencePid, hour, at(2), excursionText("fan"));
     EXPECT_EQ(demo.site.dataPoints(occurrencePid, hour, at(0), at(3)),
-              (Points{{at(1), {}, "", "extra"}, {at(2), {}, "occurrence", ""}}));
+              (Points{{at(1), {}, "", "extra"}, {at(2), {}, excursionText("fan"), ""}}));
 }
 
 TEST(DataPoints, ThatCannotBeAreRefused) {
@@ -142,7 +143,7 @@ TEST(DataPoints, ThatCannotBeAreRefused) {
         const std::string listed =
             expectError(kind, [&] { (void)demo.site.dataPoints(pid, interval, at(1), at(2)); });
         const std::string written =
-            expectError(kind, [&] { (void)demo.site.setExtra(pid, interval, at(1), "x"); });
+            expectError(kind, [&] { (void)demo.site.setExtra(pid, interval, at(1), "x", editor); });
         EXPECT_EQ(listed, written);
     };
     both(ErrorKind::unknownParameter, 123456789, hour);
@@ -159,11 +160,11 @@ TEST(DataPoints, ThatCannotBeAreRefused) {
     span(earliestTime - 1, at(1));
     span(at(1), latestTime + 1);
     span(std::numeric_limits<Time>::min(), std::numeric_limits<Time>::max());
-    expectError(ErrorKind::offBoundary, [&] { demo.site.setExtra(hourPid, hour, at(1, 1), "x"); });
+    expectError(ErrorKind::offBoundary, [&] { demo.site.setExtra(hourPid, hour, at(1, 1), "x", editor); });
     for (const Time time : {earliestTime - 3600, latestTime + 1})
-        expectError(ErrorKind::outOfRange, [&] { demo.site.setExtra(hourPid, hour, time, "x"); });
+        expectError(ErrorKind::outOfRange, [&] { demo.site.setExtra(hourPid, hour, time, "x", editor); });
     expectError(ErrorKind::badValue,
-                [&] { demo.site.setExtra(hourPid, hour, at(1), std::string(longestText + 1, 'x')); });
+                [&] { demo.site.setExtra(hourPid, hour, at(1), std::string(longestText + 1, 'x'), editor); });
     EXPECT_TRUE(demo.site.dataPoints(hourPid, hour, earliestTime, latestTime).empty());
 }
 
@@ -183,10 +184,12 @@ TEST(DataPoints, AgreeWithAMapAfterRandomWrites) {
                 demo.site.write(minutePid, time, {point.item});
                 break;
             case 1:
-                demo.site.setExtra(minutePid, minute, time, point.extra = text());
+                demo.site.setExtra(minutePid, minute, time, point.extra = text(), editor);
                 break;
             default:
-                demo.writeOccurrence(minutePid, minute, time, point.occurrence = text());
+                demo.writeOccurrence(
+                    minutePid, minute, time,
+                    point.occurrence = random() % 3 == 0 ? std::string() : excursionText(text()));
         }
     }
     for (int trial = 0; trial < 100; ++trial) {
@@ -214,7 +217,7 @@ TEST(DataPoints, AHundredThousandAreListedWithoutAQueryForEach) {
         SeriesStore series(db);
         DataPointStore points(db, series);
         for (std::int32_t i = 0; i < count; i += 10)
-            points.write({minutePid, minute}, Time{i} * 60, PointText::extra, std::to_string(i));
+            points.write({minutePid, minute}, Time{i} * 60, {.extra = std::to_string(i)}, editor);
         all.commit();
     }
     int statements = 0;

@@ -184,6 +184,8 @@ constexpr std::int32_t texts = 28;
 std::string textOf(std::int32_t interval) {
     return std::to_string(interval) + std::string(230, 'x');
 }
+// Their edits fill a page, too.
+const EditOrigin origin{editor.when, std::string(230, 'y'), editor.user};
 
 // What a reader of a damaged site is told.
 struct Outcome {
@@ -208,6 +210,11 @@ Outcome lookAt(const std::string& folder, const std::vector<Item>& expected) {
             points.push_back({Time{i} * 60, expected[static_cast<std::size_t>(i)], "", textOf(i)});
         outcome.same = outcome.same &&
                        site.dataPoints(minutePid, Interval::parse("1m"), 0, Time{texts - 1} * 60) == points;
+        const std::vector<Edit> edits = site.edits();
+        outcome.same = outcome.same && edits.size() == texts;
+        for (std::size_t i = 0; i < edits.size(); ++i)  // newest first
+            outcome.same = outcome.same && edits[i].origin == origin &&
+                           edits[i].time == static_cast<Time>(edits.size() - 1 - i) * 60;
     } catch (const Error&) {
         outcome.refused = true;
     }
@@ -226,7 +233,7 @@ TEST(Damage, FlippedBitsInTheDataFileNeverCrashAndWrongValuesNeverGoUnnoticed) {
         replaceParameters(site.database(DatabaseKind::config), demoParameters());
         site.write(minutePid, Span::define(0, count, Interval::parse("1m")), runOf(expected));
         for (std::int32_t i = 0; i < texts; ++i)
-            site.setExtra(minutePid, Interval::parse("1m"), Time{i} * 60, textOf(i));
+            site.setExtra(minutePid, Interval::parse("1m"), Time{i} * 60, textOf(i), origin);
     }
     const std::string file = folder.file("data_short_term.db");
     const std::string whole = readFile(file);

@@ -14,6 +14,8 @@ inline constexpr Pid formulaPid = 504130200;     // hour * limit + average
 inline constexpr Pid dayMaximumPid = 504040200;  // maximum of the hours, 1d
 inline constexpr Pid monthPid = 504050000;       // stored, 1M
 
+inline const EditOrigin editor{timeOf({2007, 3, 26, 8, 15, 30}), "test", "someone"};
+
 inline Parameter stored(Pid pid, const char* interval) {
     Parameter p;
     p.pid = pid;

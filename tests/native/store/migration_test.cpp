@@ -18,6 +18,12 @@ namespace {
 
 constexpr std::array newerFiles{"config.db", "alarm.db", "data.db", "data_short_term.db"};
 
+std::int64_t currentVersionOf(std::string_view name) {
+    return currentVersion(name == "config.db"  ? DatabaseKind::config
+                          : name == "alarm.db" ? DatabaseKind::alarm
+                                               : DatabaseKind::data);
+}
+
 // A site whose databases are of version 1, where there is another.
 struct OldSite {
     TempFolder folder;
@@ -60,7 +66,8 @@ TEST(Migration, BringsOldFilesUpToDateWithAllThatTheyHold) {
         EXPECT_EQ(minutes, (Points{{at(1), {1.5F, 3}, "", ""}}));
         EXPECT_TRUE(site.check().empty());
     }
-    for (const char* name : newerFiles) EXPECT_EQ(old.query(name, "PRAGMA user_version"), 2) << name;
+    for (const char* name : newerFiles)
+        EXPECT_EQ(old.query(name, "PRAGMA user_version"), currentVersionOf(name)) << name;
 }
 
 TEST(Migration, WhatIsNewWorksOnAnOldFile) {
@@ -74,8 +81,8 @@ TEST(Migration, WhatIsNewWorksOnAnOldFile) {
         load.replaceParameterCodes(std::vector<ParameterCodeName>{{3, "SO2", "Sulfur dioxide"}});
         load.commit();
         site.writeAlarm({0, "DEMO", 0, "text", "", 4, "", ""});
-        site.setExtra(hourPid, hour, at(1), "hour");
-        site.setExtra(minutePid, minute, at(2), "minute");
+        site.setExtra(hourPid, hour, at(1), "hour", editor);
+        site.setExtra(minutePid, minute, at(2), "minute", editor);
     }
     Site site(old.connections, "DEMO");
     EXPECT_EQ(site.specialValue(minutePid, -22), SpecialValue(std::string("40CFR75")));
@@ -87,6 +94,28 @@ TEST(Migration, WhatIsNewWorksOnAnOldFile) {
     EXPECT_EQ(hours, (Points{{at(1), {1.5F, 3}, "", "hour"}}));
     const Points minutes = site.dataPoints(minutePid, minute, earliestTime, latestTime);
     EXPECT_EQ(minutes, (Points{{at(1), {1.5F, 3}, "", ""}, {at(2), {}, "", "minute"}}));
+}
+
+TEST(Migration, DataFilesOfTheSecondVersionKeepTheirTexts) {
+    const OldSite old;
+    old.putOld("data.db", dataVersion2);
+    const std::string downtime = "<Occurrence><Downtime PID=\"504030600\" Excludable=\"0\"/></Occurrence>";
+    Site site(old.connections, "DEMO");
+    const auto points = [&] { return site.dataPoints(hourPid, hour, earliestTime, latestTime); };
+    EXPECT_EQ(points(), (Points{{at(1), {1.5F, 3}, "", "note"}, {at(2), {}, downtime, "note"}}));
+    EXPECT_TRUE(site.check().empty());
+    const auto listed = [&] { return site.occurrences({.first = at(0), .last = at(5)}); };
+    EXPECT_EQ(listed().rows, (std::vector<OccurrenceRow>{{hourPid, hour, at(2), {}, downtime}}))
+        << "a text from before there were summaries is looked into";
+    EXPECT_TRUE(listed().damages.empty());
+    EXPECT_TRUE(site.edits().empty());
+    site.setExtra(hourPid, hour, at(2), "another", editor);
+    site.saveDataPoint({hourPid, hour, at(1), {}, {}, false, excursionText("fan"), editor});
+    EXPECT_EQ(points(),
+              (Points{{at(1), {1.5F, 3}, excursionText("fan"), "note"}, {at(2), {}, downtime, "another"}}));
+    EXPECT_EQ(listed().rows.size(), 2U);
+    EXPECT_EQ(site.edits().size(), 2U);
+    EXPECT_TRUE(site.check().empty());
 }
 
 TEST(Migration, ANewFileAndAMigratedOneHaveTheSameTables) {

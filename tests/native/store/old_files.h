@@ -1,4 +1,4 @@
-// Database files as version 1 of this program made them.
+// Database files as versions 1 and 2 of this program made them.
 #pragma once
 
 #include <string>
@@ -85,6 +85,35 @@ inline constexpr const char* dataShortTermVersion1 = R"(
         x'01003d0089702a1b003c000201000000c03f003c000000000000010003000000');
     PRAGMA application_id = 0x56545354;
     PRAGMA user_version = 1;)";
+
+// The second has texts beside the values, with their checksums.
+inline constexpr const char* dataVersion2 = R"(
+    CREATE TABLE site (site_id TEXT NOT NULL) STRICT;
+    CREATE TABLE series (
+        id INTEGER PRIMARY KEY,
+        pid INTEGER NOT NULL,
+        interval TEXT NOT NULL,
+        UNIQUE (pid, interval)) STRICT;
+    CREATE TABLE chunk (
+        id INTEGER PRIMARY KEY,
+        data BLOB NOT NULL) STRICT;
+    CREATE TABLE data_point_text (
+        series INTEGER NOT NULL REFERENCES series,
+        time INTEGER NOT NULL,
+        occurrence TEXT NOT NULL,
+        extra TEXT NOT NULL,
+        checksum INTEGER NOT NULL,
+        PRIMARY KEY (series, time)) STRICT, WITHOUT ROWID;
+    INSERT INTO site VALUES ('DEMO');
+    INSERT INTO series VALUES (1, 504030000, '1h');
+    INSERT INTO chunk VALUES (6442451596,
+        x'01005204604f24db0051040201000000c03f0051040000000000010003000000');
+    INSERT INTO data_point_text VALUES
+        (1, 3383946000, '', 'note', 2377163758),
+        (1, 3383949600, '<Occurrence><Downtime PID="504030600" Excludable="0"/></Occurrence>', 'note',
+         314681924);
+    PRAGMA application_id = 0x56544454;
+    PRAGMA user_version = 2;)";
 
 inline void makeOld(const std::string& file, const char* script) {
     Database db(file, {.create = true});

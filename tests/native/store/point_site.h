@@ -35,13 +35,33 @@ struct PointSite : DemoSite {
         replaceParameters(site.database(DatabaseKind::config), all);
         site.flushCache();
     }
-    // As the owner of occurrence texts writes them.
-    void writeOccurrence(Pid pid, const Interval& interval, Time time, std::string_view text) {
-        Database& db =
-            site.database(isShortTerm(interval) ? DatabaseKind::dataShortTerm : DatabaseKind::data);
-        SeriesStore series(db);
-        DataPointStore(db, series).write({pid, interval}, time, PointText::occurrence, text);
+    void writeOccurrence(Pid pid, const Interval& interval, Time time, const std::string& text) {
+        site.saveDataPoint({pid, interval, time, {}, {}, true, text, editor});
     }
 };
+
+/// An excursion and a downtime that are told apart by a text.
+inline Occurrence excursionOf(std::string reason, Pid pid = occurrencePid, bool excludable = false) {
+    Occurrence occurrence;
+    occurrence.excursion.emplace();
+    occurrence.excursion->pid = pid;
+    occurrence.excursion->excludable = excludable;
+    occurrence.excursion->reason = std::move(reason);
+    return occurrence;
+}
+inline Occurrence downtimeOf(std::string reason, Pid pid = bareOccurrencePid, bool excludable = false) {
+    Occurrence occurrence;
+    occurrence.downtime = OccurrencePart{pid, excludable, {}, std::move(reason), {}};
+    return occurrence;
+}
+/// The parts of two.
+inline Occurrence both(Occurrence one, const Occurrence& other) {
+    if (other.excursion) one.excursion = other.excursion;
+    if (other.downtime) one.downtime = other.downtime;
+    return one;
+}
+inline std::string excursionText(std::string reason) {
+    return occurrenceText(excursionOf(std::move(reason)));
+}
 
 }  // namespace vtdn::store::test
