@@ -428,6 +428,27 @@ namespace VTWrapperDN
             [In, MarshalAs(UnmanagedType.Interface)] _DataPointBasicWrapper objDPWrapper,
             int lngTagID,
             [In, MarshalAs(UnmanagedType.BStr)] string strInterval);
+
+        /// <summary>Saves what was changed of an occurrence; value and monitor code of its data point stay.</summary>
+        [DispId(211)]
+        bool SaveOccurrence([In, MarshalAs(UnmanagedType.Interface)] _OccurrenceDataWrapper objOccurrence);
+
+        /// <summary>Occurrences from one time to another; null where there is nothing. blnShowExceedences is a boolean, or what converts to one; lngExcludeFilter is 0 for all, 1 or 2 as the engine has it; lngUnitOrTagList names units or tags, null means all.</summary>
+        [DispId(212)]
+        [return: MarshalAs(UnmanagedType.SafeArray, SafeArraySubType = VarEnum.VT_DISPATCH)]
+        _OccurrenceDataWrapper[] GetOccurrences(
+            DateTime dtmFirstTStamp,
+            DateTime dtmLastTStamp,
+            bool blnShowDowntimes,
+            [In, MarshalAs(UnmanagedType.Struct)] object blnShowExceedences,
+            int lngExcludeFilter,
+            bool blnOrderByTag,
+            [In, Out, MarshalAs(UnmanagedType.SafeArray, SafeArraySubType = VarEnum.VT_I4)] ref int[] lngUnitOrTagList);
+
+        /// <summary>The occurrence of an occurrence parameter at a time, created when there is none yet; null, and a problem, when that fails.</summary>
+        [DispId(213)]
+        [return: MarshalAs(UnmanagedType.Interface)]
+        _OccurrenceDataWrapper CreateOrRetrieveOccurrence(int lngOccPID, DateTime dtmTStamp);
     }
 
     /// <summary>One stored value of a tag at a time.</summary>
@@ -515,6 +536,195 @@ namespace VTWrapperDN
         }
     }
 
+    /// <summary>An occurrence: a data point with an excursion, a monitor downtime, or both. SaveOccurrence keeps what is set here.</summary>
+    [ComImport, Guid("B1CA740D-7E49-47A5-B1EA-1A69F26A3A1F"), InterfaceType(ComInterfaceType.InterfaceIsDual)]
+    public interface _OccurrenceDataWrapper
+    {
+        /// <summary>PID of the tag whose data point it is.</summary>
+        [DispId(1)]
+        int AffectedPID
+        {
+            [DispId(1)]
+            get;
+        }
+
+        /// <summary>Value of the data point; DBNull for none.</summary>
+        [DispId(2)]
+        object NValue
+        {
+            [DispId(2)]
+            [return: MarshalAs(UnmanagedType.Struct)]
+            get;
+        }
+
+        /// <summary>Value of the data point as text.</summary>
+        [DispId(3)]
+        string TextValue
+        {
+            [DispId(3)]
+            [return: MarshalAs(UnmanagedType.BStr)]
+            get;
+        }
+
+        /// <summary>Monitor code of the data point; DBNull for none.</summary>
+        [DispId(4)]
+        object MC
+        {
+            [DispId(4)]
+            [return: MarshalAs(UnmanagedType.Struct)]
+            get;
+        }
+
+        /// <summary>Beginning of the interval.</summary>
+        [DispId(5)]
+        DateTime StartDate
+        {
+            [DispId(5)]
+            get;
+        }
+
+        /// <summary>Whether there is an excursion. Without one its properties are 0, "" and false, and cannot be set.</summary>
+        [DispId(6)]
+        bool HasExcursion
+        {
+            [DispId(6)]
+            get;
+        }
+
+        /// <summary>Whether there is a downtime. Without one its properties are 0, "" and false, and cannot be set.</summary>
+        [DispId(7)]
+        bool HasDowntime
+        {
+            [DispId(7)]
+            get;
+        }
+
+        /// <summary>PID of the occurrence parameter of the excursion.</summary>
+        [DispId(8)]
+        int Excursion_PID
+        {
+            [DispId(8)]
+            get;
+        }
+
+        /// <summary>PID of the occurrence parameter of the downtime.</summary>
+        [DispId(9)]
+        int Downtime_PID
+        {
+            [DispId(9)]
+            get;
+        }
+
+        /// <summary>What was done about the excursion.</summary>
+        [DispId(10)]
+        string Excursion_Action
+        {
+            [DispId(10)]
+            [return: MarshalAs(UnmanagedType.BStr)]
+            get;
+            [DispId(10)]
+            [param: In, MarshalAs(UnmanagedType.BStr)]
+            set;
+        }
+
+        /// <summary>What was done about the downtime.</summary>
+        [DispId(11)]
+        string Downtime_Action
+        {
+            [DispId(11)]
+            [return: MarshalAs(UnmanagedType.BStr)]
+            get;
+            [DispId(11)]
+            [param: In, MarshalAs(UnmanagedType.BStr)]
+            set;
+        }
+
+        /// <summary>Reason of the excursion.</summary>
+        [DispId(12)]
+        string Excursion_Reason
+        {
+            [DispId(12)]
+            [return: MarshalAs(UnmanagedType.BStr)]
+            get;
+            [DispId(12)]
+            [param: In, MarshalAs(UnmanagedType.BStr)]
+            set;
+        }
+
+        /// <summary>Reason of the downtime.</summary>
+        [DispId(13)]
+        string Downtime_Reason
+        {
+            [DispId(13)]
+            [return: MarshalAs(UnmanagedType.BStr)]
+            get;
+            [DispId(13)]
+            [param: In, MarshalAs(UnmanagedType.BStr)]
+            set;
+        }
+
+        /// <summary>Whether the excursion may be left out of reports.</summary>
+        [DispId(14)]
+        bool Excursion_Excludable
+        {
+            [DispId(14)]
+            get;
+            [DispId(14)]
+            set;
+        }
+
+        /// <summary>Whether the downtime may be left out of reports.</summary>
+        [DispId(15)]
+        bool Downtime_Excludable
+        {
+            [DispId(15)]
+            get;
+            [DispId(15)]
+            set;
+        }
+
+        /// <summary>Category of the excursion.</summary>
+        [DispId(16)]
+        string Excursion_Category
+        {
+            [DispId(16)]
+            [return: MarshalAs(UnmanagedType.BStr)]
+            get;
+            [DispId(16)]
+            [param: In, MarshalAs(UnmanagedType.BStr)]
+            set;
+        }
+
+        /// <summary>Category of the downtime.</summary>
+        [DispId(17)]
+        string Downtime_Category
+        {
+            [DispId(17)]
+            [return: MarshalAs(UnmanagedType.BStr)]
+            get;
+            [DispId(17)]
+            [param: In, MarshalAs(UnmanagedType.BStr)]
+            set;
+        }
+
+        /// <summary>The limit that was exceeded, as text.</summary>
+        [DispId(18)]
+        string Excursion_Limit
+        {
+            [DispId(18)]
+            [return: MarshalAs(UnmanagedType.BStr)]
+            get;
+        }
+
+        /// <summary>PID of the limit that was exceeded.</summary>
+        [DispId(19)]
+        int Excursion_LimitPID
+        {
+            [DispId(19)]
+            get;
+        }
+    }
+
     /// <summary>A wrapper around the data-interface engine of one DAHS.</summary>
     [ComImport, Guid("CDD8700E-2853-4DCB-8A86-00FBB41A5AF4"), ClassInterface(ClassInterfaceType.None)]
     public class DIWrapper
@@ -524,6 +734,12 @@ namespace VTWrapperDN
     /// <summary>One stored value of a tag at a time. The component's operations hand it out: new fails.</summary>
     [ComImport, Guid("476BBDD6-D693-42ED-8DBD-7735617BAABB"), ClassInterface(ClassInterfaceType.None)]
     public class DataPointBasicWrapper
+    {
+    }
+
+    /// <summary>A data point with an excursion, a monitor downtime, or both. The component's operations hand it out: new fails.</summary>
+    [ComImport, Guid("1D02E9EB-7404-4354-AC99-91D03B3AA7E3"), ClassInterface(ClassInterfaceType.None)]
+    public class OccurrenceDataWrapper
     {
     }
 }

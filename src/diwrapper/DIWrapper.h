@@ -147,6 +147,15 @@ class DIWrapper final : public com::Object<DIWrapper, _DIWrapper> {
     STDMETHODIMP UpdateShortTermDataPointXValue(_DataPointBasicWrapper* objDPWrapper, LONG lngTagID,
                                                 BSTR strInterval, VARIANT_BOOL* result) noexcept override;
 
+    // Occurrences: src/occurrences/DIWrapper_occurrences.cpp
+    STDMETHODIMP SaveOccurrence(_OccurrenceDataWrapper* objOccurrence,
+                                VARIANT_BOOL* result) noexcept override;
+    STDMETHODIMP GetOccurrences(DATE dtmFirstTStamp, DATE dtmLastTStamp, VARIANT_BOOL blnShowDowntimes,
+                                VARIANT blnShowExceedences, LONG lngExcludeFilter, VARIANT_BOOL blnOrderByTag,
+                                SAFEARRAY** lngUnitOrTagList, SAFEARRAY** result) noexcept override;
+    STDMETHODIMP CreateOrRetrieveOccurrence(LONG lngOccPID, DATE dtmTStamp,
+                                            _OccurrenceDataWrapper** result) noexcept override;
+
   private:
     HRESULT setUpForced(const engine::ForcedSite& site, std::wstring_view clientName,
                         VARIANT_BOOL* result) noexcept;

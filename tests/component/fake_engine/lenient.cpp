@@ -539,6 +539,9 @@ class SelectedDahs final : public Member<EngineObject<DISelectedDahs>> {
         const HRESULT failed = tapped("DISelectedDahs.SiteID");
         return FAILED(failed) ? failed : textOut(site().siteId, out);
     }
+    HRESULT STDMETHODCALLTYPE get_EditUserName(BSTR* out) override {
+        return text("DISelectedDahs.EditUserName", out);
+    }
 
   private:
     HRESULT text(const char* call, BSTR* out) {

@@ -10,6 +10,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "com/ptr.h"
@@ -75,6 +76,34 @@ struct DataPoint {
     std::wstring extra;
 };
 
+struct OccurrencePart {
+    LONG pid = 0;
+    bool excludable = false;
+    std::wstring category;
+    std::wstring reason;
+    std::wstring action;
+    LONG limitPid = 0;   ///< of an excursion
+    std::wstring limit;  ///< of an excursion
+    friend bool operator==(const OccurrencePart&, const OccurrencePart&) = default;
+};
+/// A save of a data point.
+struct Edit {
+    LONG tag = 0;
+    DATE timeStamp = 0;
+    std::wstring source;
+    std::wstring user;
+    friend bool operator==(const Edit&, const Edit&) = default;
+};
+struct Occurrence {
+    std::optional<OccurrencePart> excursion;
+    std::optional<OccurrencePart> downtime;
+    friend bool operator==(const Occurrence&, const Occurrence&) = default;
+};
+/// A data point's occurrence text, in this engine's own way of writing.
+std::wstring occurrenceText(const Occurrence& occurrence);
+/// A text that is written in another way has no part.
+Occurrence occurrenceOf(std::wstring_view text);
+
 /// Sees every call that reaches the engine, before it is answered.
 class Tap {
   public:
@@ -101,6 +130,7 @@ struct Site {
     std::vector<Alarm> alarms;                         ///< written so far
     std::map<LONG, std::vector<DataPoint>> longTerm;   ///< by tag, in order of time, at whatever interval
     std::map<LONG, std::vector<DataPoint>> shortTerm;  ///< the same; a tag that is not here has no list
+    std::vector<Edit> edits;                           ///< data points saved so far
     bool offerRuns = false;                            ///< whether data arrays have DIDataArrayRuns
     bool offerBlocks = false;                          ///< whether data arrays have DIDataArrayBlocks
     LONG longestRun = 0x7FFFFFFF;                      ///< a run ends after so many items

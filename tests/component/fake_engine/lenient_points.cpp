@@ -1,11 +1,13 @@
 #include "fake_engine/lenient_points.h"
 
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "com/strings.h"
 #include "fake_engine/lenient_object.h"
+#include "fake_engine/lenient_occurrences.h"
 
 namespace vtdn::fake {
 
@@ -17,7 +19,8 @@ class Point final : public Member<EngineObject<DIDataPoint>> {
     Point(Site& site, const DataPoint& stored)
         : Member(site),
           point_{stored.timeStamp, com::Variant::copyOf(stored.value.get()),
-                 com::Variant::copyOf(stored.mc.get()), stored.occurrence, stored.extra} {}
+                 com::Variant::copyOf(stored.mc.get()), L"", stored.extra},
+          occurrence_(std::make_shared<std::wstring>(stored.occurrence)) {}
 
     HRESULT STDMETHODCALLTYPE get_TStamp(DATE* result) override {
         if (const HRESULT failed = tapped("DIDataPoint.TStamp"); FAILED(failed)) return failed;
@@ -28,6 +31,7 @@ class Point final : public Member<EngineObject<DIDataPoint>> {
         if (const HRESULT failed = tapped("DIDataPoint.Initialise"); FAILED(failed)) return failed;
         point_ = {};
         point_.timeStamp = timeStamp;
+        occurrence_->clear();
         return S_OK;
     }
     HRESULT STDMETHODCALLTYPE get_NValue(VARIANT* result) override {
@@ -49,10 +53,16 @@ class Point final : public Member<EngineObject<DIDataPoint>> {
         return put("DIDataPoint.XValueXML=", point_.extra, value);
     }
     HRESULT STDMETHODCALLTYPE get_OccDataXML(BSTR* out) override {
-        return text("DIDataPoint.OccDataXML", point_.occurrence, out);
+        return text("DIDataPoint.OccDataXML", *occurrence_, out);
     }
     HRESULT STDMETHODCALLTYPE put_OccDataXML(BSTR value) override {
-        return put("DIDataPoint.OccDataXML=", point_.occurrence, value);
+        return put("DIDataPoint.OccDataXML=", *occurrence_, value);
+    }
+    HRESULT STDMETHODCALLTYPE get_Event(DIOccurrenceEvent** result) override {
+        *result = nullptr;
+        if (const HRESULT failed = tapped("DIDataPoint.Event"); FAILED(failed)) return failed;
+        makeEvent(site(), occurrence_).detachTo(result);
+        return S_OK;
     }
 
   private:
@@ -76,7 +86,8 @@ class Point final : public Member<EngineObject<DIDataPoint>> {
         return S_OK;
     }
 
-    DataPoint point_;
+    DataPoint point_;        // all but its occurrence text,
+    SharedText occurrence_;  // which its events share
 };
 
 /// What the two managers have in common: a site's data points by tag.
@@ -131,6 +142,64 @@ class LongTerm final : public Points<DIQAManager> {
     HRESULT STDMETHODCALLTYPE UpdateXValue(BSTR, LONG tagId, BSTR, DATE timeStamp, BSTR xValue,
                                            VARIANT_BOOL* result) override {
         return update("DIQAManager.UpdateXValue", tagId, timeStamp, xValue, result);
+    }
+    HRESULT STDMETHODCALLTYPE GetOccurrences(BSTR, DATE first, DATE last, VARIANT_BOOL showDowntimes,
+                                             VARIANT_BOOL showExceedences, LONG, VARIANT_BOOL orderByTag,
+                                             VARIANT pidList, DICollection** result) override {
+        *result = nullptr;
+        if (const HRESULT failed = tapped("DIQAManager.GetOccurrences"); FAILED(failed)) return failed;
+        listOccurrences(site(), {first, last, showDowntimes != VARIANT_FALSE,
+                                 showExceedences != VARIANT_FALSE, orderByTag != VARIANT_FALSE, pidList})
+            .detachTo(result);
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE FindDataPoint(BSTR, LONG tagId, BSTR, DATE from, DATE to,
+                                            DIDataPoint** result) override {
+        *result = nullptr;
+        if (const HRESULT failed = tapped("DIQAManager.FindDataPoint"); FAILED(failed)) return failed;
+        const auto tag = site().longTerm.find(tagId);
+        if (tag == site().longTerm.end()) return S_OK;
+        for (const DataPoint& point : tag->second) {
+            if (point.timeStamp < from || point.timeStamp > to) continue;
+            try {
+                com::Ptr<DIDataPoint>(new Point(site(), point)).detachTo(result);
+                return S_OK;
+            } catch (const com::Error& error) {
+                return error.result();  // no memory for a copy
+            }
+        }
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE SaveDataPoint(BSTR, LONG tagId, BSTR, DATE timeStamp, VARIANT nValue,
+                                            VARIANT mc, VARIANT_BOOL flag, BSTR occDataXml, BSTR editSource,
+                                            BSTR editUser, VARIANT_BOOL* result) override {
+        if (const HRESULT failed = tapped("DIQAManager.SaveDataPoint"); FAILED(failed)) return failed;
+        *result = VARIANT_FALSE;
+        com::Variant value;
+        com::Variant code;
+        if (const HRESULT failed = VariantCopyInd(value.receive(), &nValue); FAILED(failed)) return failed;
+        if (const HRESULT failed = VariantCopyInd(code.receive(), &mc); FAILED(failed)) return failed;
+        DataPoint* const point = stored(tagId, timeStamp, flag != VARIANT_FALSE);
+        if (!point) return S_OK;
+        if (!value.isNull()) point->value = std::move(value);
+        if (!code.isNull()) point->mc = std::move(code);
+        point->occurrence = com::view(occDataXml);
+        site().edits.push_back(
+            {tagId, timeStamp, std::wstring(com::view(editSource)), std::wstring(com::view(editUser))});
+        *result = VARIANT_TRUE;
+        return S_OK;
+    }
+
+  private:
+    /// The data point of a time, which may be a new one behind the others; null when there is none.
+    DataPoint* stored(LONG tagId, DATE timeStamp, bool create) {
+        auto& points = site().longTerm[tagId];
+        for (DataPoint& point : points) {
+            if (point.timeStamp == timeStamp) return &point;
+        }
+        if (!create) return nullptr;
+        points.emplace_back().timeStamp = timeStamp;
+        return &points.back();
     }
 };
 

@@ -2,7 +2,7 @@
 // can be, since the component calls an engine through its vtables only.
 #pragma once
 
-#include <oleauto.h>
+#include "com/platform.h"
 
 namespace vtdn::fake {
 

@@ -1,6 +1,7 @@
 // The managers of data points, strict.
 #pragma once
 
+#include "strict_engine/occurrences.h"
 #include "strict_engine/scripted.h"
 
 namespace vtdn::fake {
@@ -27,6 +28,9 @@ class StrictDataPoint final : public Scripted<EngineObject<DIDataPoint>> {
     HRESULT STDMETHODCALLTYPE get_OccDataXML(BSTR* out) override { return text(".OccDataXML", out); }
     HRESULT STDMETHODCALLTYPE put_OccDataXML(BSTR value) override {
         return done(joined({".OccDataXML = ", quoted(value)}));
+    }
+    HRESULT STDMETHODCALLTYPE get_Event(DIOccurrenceEvent** result) override {
+        return object<StrictEvent>(".Event", result, "Event");
     }
 };
 
@@ -60,6 +64,48 @@ class StrictLongTerm final : public StrictDataPoints<DIQAManager> {
     HRESULT STDMETHODCALLTYPE GetLongTermDataPoints(BSTR siteId, LONG tagId, BSTR interval, DATE first,
                                                     DATE last, DICollection** result) override {
         return list("GetLongTermDataPoints", siteId, tagId, interval, first, last, result);
+    }
+    HRESULT STDMETHODCALLTYPE GetOccurrences(BSTR siteId, DATE first, DATE last, VARIANT_BOOL showDowntimes,
+                                             VARIANT_BOOL showExceedences, LONG filter,
+                                             VARIANT_BOOL orderByTag, VARIANT pidList,
+                                             DICollection** result) override {
+        return object<StrictList<StrictOccurrence>>(
+            joined({".GetOccurrences(", quoted(siteId), ", ", number(first), ", ", number(last), ", ",
+                    boolean(showDowntimes), ", ", boolean(showExceedences), ", ", number(filter), ", ",
+                    boolean(orderByTag), ", ", describe(pidList, *script()), ")"}),
+            result, "Occurrences", "Occurrence");
+    }
+    HRESULT STDMETHODCALLTYPE FindDataPoint(BSTR siteId, LONG tagId, BSTR interval, DATE from, DATE to,
+                                            DIDataPoint** result) override {
+        return object<StrictDataPoint>(joined({".FindDataPoint(", quoted(siteId), ", ", number(tagId), ", ",
+                                               quoted(interval), ", ", number(from), ", ", number(to), ")"}),
+                                       result, "Found");
+    }
+    HRESULT STDMETHODCALLTYPE SaveDataPoint(BSTR siteId, LONG tagId, BSTR interval, DATE timeStamp,
+                                            VARIANT nValue, VARIANT mc, VARIANT_BOOL flag, BSTR occDataXml,
+                                            BSTR editSource, BSTR editUser, VARIANT_BOOL* result) override {
+        return yesOrNo(joined({".SaveDataPoint(",
+                               quoted(siteId),
+                               ", ",
+                               number(tagId),
+                               ", ",
+                               quoted(interval),
+                               ", ",
+                               number(timeStamp),
+                               ", ",
+                               describe(nValue, *script()),
+                               ", ",
+                               describe(mc, *script()),
+                               ", ",
+                               boolean(flag),
+                               ", ",
+                               quoted(occDataXml),
+                               ", ",
+                               quoted(editSource),
+                               ", ",
+                               quoted(editUser),
+                               ")"}),
+                       result);
     }
 };
 

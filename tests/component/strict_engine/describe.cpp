@@ -35,6 +35,37 @@ const char* boolean(VARIANT_BOOL value) {
                                     : "a boolean other than 0 and -1";
 }
 
+namespace {
+
+/// An array with its bounds; `element` describes the element at an index.
+template <class Element>
+std::string described(SAFEARRAY* array, VARTYPE expected, Element element) {
+    if (!array) return "no array";
+    VARTYPE type = VT_EMPTY;
+    LONG lower = 0;
+    LONG upper = -1;
+    if (FAILED(SafeArrayGetVartype(array, &type)) || type != expected || SafeArrayGetDim(array) != 1 ||
+        FAILED(SafeArrayGetLBound(array, 1, &lower)) || FAILED(SafeArrayGetUBound(array, 1, &upper))) {
+        return "an array of another kind";
+    }
+    std::string text = joined({"[", number(lower), "..", number(upper), ":"});
+    for (LONG i = lower; i <= upper; ++i) {
+        text += i == lower ? " " : ", ";
+        text += element(i);
+    }
+    return text + "]";
+}
+
+std::string describeNumbers(SAFEARRAY* array) {
+    return "I4" + described(array, VT_I4, [array](LONG i) -> std::string {
+               LONG element = 0;
+               if (FAILED(SafeArrayGetElement(array, &i, &element))) return "unreadable";
+               return number(element);
+           });
+}
+
+}  // namespace
+
 std::string describe(const VARIANT& value, const Script& script) {
     switch (value.vt) {
         case VT_EMPTY:
@@ -59,28 +90,19 @@ std::string describe(const VARIANT& value, const Script& script) {
             return joined({"Dispatch ", script.nameOf(value.pdispVal)});
         case VT_ARRAY | VT_VARIANT:
             return describe(value.parray, script);
+        case VT_ARRAY | VT_I4:
+            return describeNumbers(value.parray);
         default:
             return joined({"type ", std::to_string(value.vt)});
     }
 }
 
 std::string describe(SAFEARRAY* array, const Script& script) {
-    if (!array) return "no array";
-    VARTYPE type = VT_EMPTY;
-    LONG lower = 0;
-    LONG upper = -1;
-    if (FAILED(SafeArrayGetVartype(array, &type)) || type != VT_VARIANT || SafeArrayGetDim(array) != 1 ||
-        FAILED(SafeArrayGetLBound(array, 1, &lower)) || FAILED(SafeArrayGetUBound(array, 1, &upper))) {
-        return "an array of another kind";
-    }
-    std::string text = joined({"[", number(lower), "..", number(upper), ":"});
-    for (LONG i = lower; i <= upper; ++i) {
+    return described(array, VT_VARIANT, [array, &script](LONG i) -> std::string {
         com::Variant element;
-        if (FAILED(SafeArrayGetElement(array, &i, element.receive()))) return "an array that cannot be read";
-        text += i == lower ? " " : ", ";
-        text += describe(element.get(), script);
-    }
-    return text + "]";
+        if (FAILED(SafeArrayGetElement(array, &i, element.receive()))) return "unreadable";
+        return describe(element.get(), script);
+    });
 }
 
 }  // namespace vtdn::fake

@@ -166,6 +166,7 @@ class StrictDahs final : public Scripted<EngineObject<DISelectedDahs>> {
         return text(".DahsCompleteName", out);
     }
     HRESULT STDMETHODCALLTYPE get_SiteID(BSTR* out) override { return text(".SiteID", out); }
+    HRESULT STDMETHODCALLTYPE get_EditUserName(BSTR* out) override { return text(".EditUserName", out); }
 };
 
 class StrictEngineObject final

@@ -14,9 +14,11 @@
 // collection of parameters and Listed(n) for its n-th, Array (Array2 for the second one alive), Item(n) for
 // the n-th of an array, Stored for an item from GetDataItem and New for one that was created, LongTerm and
 // ShortTerm for the managers of data points, Points for a collection of data points and Point(n) for its
-// n-th, Blank for a data point that was created. Texts stand in single quotes; values in a variant follow
-// their type: I4 12, R4 12.5, BSTR 'x', Null, Date 39508.5, Dispatch New, and [0..1: Empty, I4 1] for an
-// array of variants.
+// n-th, Blank for a data point that was created, Found for one that was looked for, Occurrences for a
+// collection of occurrences and Occurrence(n) for its n-th, Event for what belongs to a data point or an
+// occurrence. Texts stand in single quotes; values in a variant follow their type: I4 12, R4 12.5, BSTR 'x',
+// Null, Date 39508.5, Dispatch New, [0..1: Empty, I4 1] for an array of variants and I4[0..1: 7, 8] for one
+// of numbers.
 #pragma once
 
 #include <VTDI.h>
