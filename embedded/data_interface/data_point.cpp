@@ -6,6 +6,7 @@
 #include "common/dates.h"
 #include "data_interface/date.h"
 #include "data_interface/failure.h"
+#include "data_interface/occurrence_event.h"
 #include "data_interface/value.h"
 
 namespace vtdn::embedded {
@@ -34,7 +35,7 @@ HRESULT DataPoint::Initialise(DATE timeStamp) noexcept {
         value_ = {};
         code_.reset();
         extra_.clear();
-        occurrence_.clear();
+        occurrence_.setText({});
     });
 }
 
@@ -70,24 +71,29 @@ HRESULT DataPoint::get(const std::string& text, BSTR* result) noexcept {
     });
 }
 
-HRESULT DataPoint::put(std::string& text, BSTR value) noexcept {
-    return com::guard(errorSource, __uuidof(DIDataPoint), [&] { text = keptWhole(com::view(value)); });
-}
-
 HRESULT DataPoint::get_XValueXML(BSTR* result) noexcept {
     return get(extra_, result);
 }
 
 HRESULT DataPoint::put_XValueXML(BSTR value) noexcept {
-    return put(extra_, value);
+    return com::guard(errorSource, __uuidof(DIDataPoint), [&] { extra_ = keptWhole(com::view(value)); });
 }
 
 HRESULT DataPoint::get_OccDataXML(BSTR* result) noexcept {
-    return get(occurrence_, result);
+    return get(occurrence_.text(), result);
 }
 
 HRESULT DataPoint::put_OccDataXML(BSTR value) noexcept {
-    return put(occurrence_, value);
+    return com::guard(errorSource, __uuidof(DIDataPoint),
+                      [&] { occurrence_.setText(keptWhole(com::view(value))); });
+}
+
+HRESULT DataPoint::get_Event(DIOccurrenceEvent** result) noexcept {
+    return com::guard(errorSource, __uuidof(DIDataPoint), [&] {
+        com::needPointers(result);
+        *result = nullptr;
+        *result = com::make<OccurrenceEvent>(com::Ptr<IUnknown>(unknown()), occurrence_).detach();
+    });
 }
 
 }  // namespace vtdn::embedded

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "com/object.h"
+#include "data_interface/occurrence_text.h"
 #include "store/data_points.h"
 
 namespace vtdn::embedded {
@@ -38,16 +39,17 @@ class DataPoint final : public com::Object<DataPoint, DIDataPoint> {
     HRESULT STDMETHODCALLTYPE get_OccDataXML(BSTR* result) noexcept override;
     /// Any text; error 5 for one that cannot be kept.
     HRESULT STDMETHODCALLTYPE put_OccDataXML(BSTR value) noexcept override;
+    /// What the occurrence text says, and a way to change it (see OccurrenceEvent).
+    HRESULT STDMETHODCALLTYPE get_Event(DIOccurrenceEvent** result) noexcept override;
 
   private:
     static HRESULT get(const std::string& text, BSTR* result) noexcept;
-    static HRESULT put(std::string& text, BSTR value) noexcept;
 
     store::Time time_ = 0;
     store::Value value_;
     std::optional<store::MonitorCode> code_;
     std::string extra_;
-    std::string occurrence_;
+    OccurrenceText occurrence_;
 };
 
 }  // namespace vtdn::embedded

@@ -21,8 +21,7 @@ Term termOf(const store::Interval& interval) {
 }
 
 store::Interval checked(const store::Site& site, Term term, const DataPointKey& key) {
-    needThisSite(site, key.siteId, L"The data points are", L"Ask that site's engine for them.");
-    const store::Interval interval = store::Interval::parse(com::toUtf8(com::view(key.interval)));
+    const store::Interval interval = intervalOf(site, key);
     if (termOf(interval) == term) return interval;
     const std::wstring text = com::fromUtf8(interval.text());
     if (term == Term::longer)
@@ -37,6 +36,11 @@ store::Interval checked(const store::Site& site, Term term, const DataPointKey& 
 }
 
 }  // namespace
+
+store::Interval intervalOf(const store::Site& site, const DataPointKey& key) {
+    needThisSite(site, key.siteId, L"The data points are", L"Ask that site's engine for them.");
+    return store::Interval::parse(com::toUtf8(com::view(key.interval)));
+}
 
 com::Ptr<DICollection> dataPoints(const std::shared_ptr<Session>& session, Term term, const DataPointKey& key,
                                   DATE first, DATE last) {
@@ -53,10 +57,21 @@ com::Ptr<DICollection> dataPoints(const std::shared_ptr<Session>& session, Term 
     return com::Ptr<DICollection>(collection.get());
 }
 
+com::Ptr<DIDataPoint> findDataPoint(Session& session, const DataPointKey& key, DATE from, DATE to) {
+    const std::optional<store::DataPoint> found = session.onSite([&](store::Site& site) {
+        const store::Interval interval = intervalOf(site, key);
+        return site.findDataPoint(key.tagId, interval, timeOfDate(from), timeOfDate(to));
+    });
+    if (!found) return {};
+    const auto point = com::make<DataPoint>(*found);
+    return com::Ptr<DIDataPoint>(point.get());
+}
+
 bool updateExtraValue(Session& session, Term term, const DataPointKey& key, DATE timeStamp, BSTR xValueXml) {
     return session.onSite([&](store::Site& site) {
         const store::Interval interval = checked(site, term, key);
-        return site.setExtra(key.tagId, interval, timeOfDate(timeStamp), keptText(com::view(xValueXml)));
+        return site.setExtra(key.tagId, interval, timeOfDate(timeStamp), keptText(com::view(xValueXml)),
+                             session.editNow());
     });
 }
 

@@ -21,17 +21,25 @@ struct DataPointKey {
     BSTR interval;
 };
 
-// Both check that the engine is set up (91), the site id (5), the interval text and that this manager keeps
-// it (5), then the dates (6) and what the store checks: the tag (9), whether its values are stored at this
-// interval, and where the intervals begin (5). What they refuse is said as a message, too.
+/// The interval of a key whose site is the open one. Throws com::Error and store::Error (5 both).
+store::Interval intervalOf(const store::Site& site, const DataPointKey& key);
+
+// All check that the engine is set up (91), the site id (5), the interval text and, where there is a term,
+// that it has this interval (5), then the dates (6) and what the store checks: the tag (9), whether its
+// values are stored at this interval, and where the intervals begin (5). What they refuse is said as a
+// message, too.
 
 /// The data points whose intervals begin from `first` to `last`, both included, in the order of time, each
 /// made when it is asked for. Null when there are none.
 com::Ptr<DICollection> dataPoints(const std::shared_ptr<Session>& session, Term term, const DataPointKey& key,
                                   DATE first, DATE last);
 
+/// The first interval that begins from one time to the other, both included, and has anything stored. Of
+/// intervals of any length. Null when there is none.
+com::Ptr<DIDataPoint> findDataPoint(Session& session, const DataPointKey& key, DATE from, DATE to);
+
 /// Writes the extra value of the interval that begins at the time and nothing else; "" removes it. On the
-/// disk when it returns. Error 5 for a text that cannot be kept.
+/// disk with its edit, by the client application, when it returns. Error 5 for a text that cannot be kept.
 bool updateExtraValue(Session& session, Term term, const DataPointKey& key, DATE timeStamp, BSTR xValueXml);
 
 }  // namespace vtdn::embedded

@@ -14,6 +14,7 @@
 #include "data_interface/qa_manager.h"
 #include "data_interface/selected_dahs.h"
 #include "data_interface/utils.h"
+#include "data_interface/value.h"
 #include "store/directory.h"
 #include "store/home.h"
 
@@ -43,22 +44,7 @@ HRESULT handOut(const std::shared_ptr<Session>& session, I** result) noexcept {
 }
 
 LONG typeIn(const VARIANT& element) {
-    const com::Variant value = com::Variant::copyOf(element);
-    LONG number = 0;
-    switch (value.type()) {
-        case VT_I1:
-        case VT_I2:
-        case VT_I4:
-        case VT_INT:
-        case VT_UI1:
-        case VT_UI2:
-        case VT_UI4:
-        case VT_UINT:
-            if (SUCCEEDED(com::toInt32(value.get(), number))) return number;
-            break;
-        default:
-            break;
-    }
+    if (const auto number = wholeNumberIn(com::Variant::copyOf(element).get())) return *number;
     refuseTypes();
 }
 
@@ -87,8 +73,12 @@ void Engine::message(MessageType type, std::wstring_view sentence) {
     raise(messageEvent, {com::Variant::of(static_cast<LONG>(type)), com::Variant::of(sentence)});
 }
 
-HRESULT Engine::SetClientAppName(BSTR) noexcept {
-    return S_OK;
+HRESULT Engine::SetClientAppName(BSTR name) noexcept {
+    return com::guard(errorSource, __uuidof(DIEngine), [&] {
+        // So much of it fits into a text that is kept, whatever it holds: no character takes more bytes than
+        // three.
+        session_->nameClient(com::toUtf8(com::view(name).substr(0, store::longestText / 3)));
+    });
 }
 
 HRESULT Engine::get_SiteID(BSTR* result) noexcept {

@@ -22,7 +22,7 @@ class Engine final : public com::Object<Engine, DIEngine, com::EventSource<DIID_
 
     Engine();
 
-    /// Accepted and not used: nothing in the databases says who wrote it.
+    /// The source of the edits that do not name one: as much of any name as can be kept.
     HRESULT STDMETHODCALLTYPE SetClientAppName(BSTR name) noexcept override;
     /// "" while it is not set up.
     HRESULT STDMETHODCALLTYPE get_SiteID(BSTR* result) noexcept override;

@@ -17,6 +17,7 @@ HRESULT resultOf(store::ErrorKind kind) {
             return invalidCall;
         case unknownParameter:
         case unknownDahs:
+        case unknownDataPoint:
             return DISP_E_BADINDEX;
         case outOfRange:
             return DISP_E_OVERFLOW;

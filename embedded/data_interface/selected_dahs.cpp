@@ -1,5 +1,6 @@
 #include "data_interface/selected_dahs.h"
 
+#include "com/computer.h"
 #include "com/strings.h"
 
 namespace vtdn::embedded {
@@ -53,6 +54,14 @@ HRESULT SelectedDahs::get_DahsCompleteName(BSTR* result) noexcept {
 
 HRESULT SelectedDahs::get_SiteID(BSTR* result) noexcept {
     return text(session_->dahs().site_id, result);
+}
+
+HRESULT SelectedDahs::get_EditUserName(BSTR* result) noexcept {
+    return com::guard(errorSource, __uuidof(DISelectedDahs), [&] {
+        com::needPointers(result);
+        *result = nullptr;
+        *result = com::Bstr(com::userName()).detach();
+    });
 }
 
 }  // namespace vtdn::embedded

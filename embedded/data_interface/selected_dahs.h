@@ -26,6 +26,8 @@ class SelectedDahs final : public com::Object<SelectedDahs, DISelectedDahs> {
     HRESULT STDMETHODCALLTYPE get_DahsID(LONG* result) noexcept override;
     HRESULT STDMETHODCALLTYPE get_DahsCompleteName(BSTR* result) noexcept override;
     HRESULT STDMETHODCALLTYPE get_SiteID(BSTR* result) noexcept override;
+    /// The user of this computer, as the operating system has it, also while the engine is not set up.
+    HRESULT STDMETHODCALLTYPE get_EditUserName(BSTR* result) noexcept override;
 
   private:
     HRESULT text(const std::string& value, BSTR* result) const noexcept;

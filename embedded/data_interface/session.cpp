@@ -3,6 +3,7 @@
 #include <array>
 #include <string>
 
+#include "com/computer.h"
 #include "com/strings.h"
 
 namespace vtdn::embedded {
@@ -33,6 +34,10 @@ void Session::setUp(store::Dahs dahs) {
 const store::Dahs& Session::dahs() const noexcept {
     static const store::Dahs none;
     return binding_ ? binding_->dahs : none;
+}
+
+store::EditOrigin Session::editNow() const {
+    return {com::standardTimeNow(), client_, com::toUtf8(com::userName())};
 }
 
 void Session::say(MessageType type, std::wstring_view sentence) {

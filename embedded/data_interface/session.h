@@ -3,6 +3,7 @@
 #pragma once
 
 #include <optional>
+#include <string>
 #include <string_view>
 #include <utility>
 
@@ -10,6 +11,7 @@
 #include "com/platform.h"
 #include "data_interface/failure.h"
 #include "store/directory.h"
+#include "store/edits.h"
 #include "store/error.h"
 #include "store/site.h"
 
@@ -48,6 +50,11 @@ class Session {
 
     /// The DAHS that the session is set up on; one without any entries when it is not.
     [[nodiscard]] const store::Dahs& dahs() const noexcept;
+
+    /// The application that the engine works for.
+    void nameClient(std::string name) noexcept { client_ = std::move(name); }
+    /// An edit of now, by the client application and the user of this computer.
+    [[nodiscard]] store::EditOrigin editNow() const;
 
     /// Runs a part of a call. What it refuses (store::Error, com::Error) is said as a message and leaves as a
     /// com::Error with the same sentence.
@@ -93,6 +100,7 @@ class Session {
     void say(const store::Error& error);
 
     Listener* listener_;
+    std::string client_;
     std::optional<Binding> binding_;
 };
 

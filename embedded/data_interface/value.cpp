@@ -167,6 +167,31 @@ std::string keptWhole(std::wstring_view text) {
     return kept;
 }
 
+std::optional<std::int32_t> wholeNumberIn(const VARIANT& value) {
+    switch (value.vt & ~VT_BYREF) {
+        case VT_I1:
+        case VT_I2:
+        case VT_I4:
+        case VT_I8:
+        case VT_INT:
+        case VT_UI1:
+        case VT_UI2:
+        case VT_UI4:
+        case VT_UI8:
+        case VT_UINT:
+            break;
+        default:
+            return std::nullopt;
+    }
+    if ((value.vt & VT_BYREF) != 0 && value.byref == nullptr) return std::nullopt;
+    // By way of 64 bits: the platform's conversion to 32 takes the bits of an unsigned number as they are.
+    com::Variant wide;
+    if (FAILED(VariantChangeType(wide.inOut(), const_cast<VARIANT*>(&value), 0, VT_I8))) return std::nullopt;
+    const LONGLONG number = wide.get().llVal;
+    if (number < INT32_MIN || number > INT32_MAX) return std::nullopt;
+    return static_cast<std::int32_t>(number);
+}
+
 std::optional<store::MonitorCode> codeFromVariant(const VARIANT& value) {
     if (value.vt & VT_BYREF) {
         if (value.byref == nullptr) refuseCode();

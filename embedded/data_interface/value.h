@@ -3,6 +3,7 @@
 
 #include "com/platform.h"
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -39,6 +40,10 @@ com::Variant toVariant(const store::SpecialValue& value);
 std::string keptText(std::wstring_view text);
 /// The same of a text that stands on its own, as a value does. Throws error 5 above store::longestText too.
 std::string keptWhole(std::wstring_view text);
+
+/// The whole number of 32 bits in a variant that holds a whole number of any size; none for anything else,
+/// truths and texts included. By-reference variants are followed, unless they refer to variants.
+std::optional<std::int32_t> wholeNumberIn(const VARIANT& value);
 
 /// The monitor code in a value that may have none: none for Null and Empty. What is numeric (a text that
 /// reads as a number included) is converted as automation does, halves to the even neighbour. Throws

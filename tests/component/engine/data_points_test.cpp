@@ -30,15 +30,6 @@ class EngineDataPoints : public OnSpecialFunctions {
         for (LONG i = 1; points && i <= points.count(); ++i) all.push_back(timeOf(points.item(i)));
         return all;
     }
-    /// A call that must be refused, with one message that says what the error says.
-    template <class Call>
-    Failure refusedCall(Call&& call) {
-        Failure failure = failureOf(call);
-        EXPECT_NE(failure.number, 0) << "Not refused";
-        EXPECT_EQ(heard.take(), std::vector{failure.description});
-        EXPECT_GT(failure.description.size(), 20U);
-        return failure;
-    }
     /// A list and a write that must be refused alike; the sentence must hold all of the words.
     LONG refusedBoth(const Tag& tag, Manager manager, const std::vector<std::wstring>& words = {}) {
         const Failure listed = refusedCall([&] { static_cast<void>(list(tag, hour(0), hour(1), manager)); });

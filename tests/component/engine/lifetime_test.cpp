@@ -1,5 +1,5 @@
 // Lifetime: objects in any order, the library's unloading, and nothing left behind.
-#include "data_point_call.h"
+#include "occurrence_call.h"
 
 // Behind the header that it needs.
 #include <psapi.h>
@@ -95,6 +95,33 @@ void dataPoints(const engine::Engine& engine) {
     engine::DataPoint::create().initialise(hour(1));
 }
 
+/// Occurrences, the refused and the damaged included.
+void occurrences(const engine::Engine& engine) {
+    const auto data = engine.longTermData();
+    EXPECT_TRUE(saved(data, {.value = com::Variant::of(std::wstring_view(anyText)),
+                             .occurrence = xmlOf(bothOf(true, false)),
+                             .user = L"user"}));
+    EXPECT_NE(failureOf([&] { static_cast<void>(saved(data, {.occurrence = L"text"})); }).number, 0);
+    EXPECT_NE(
+        failureOf([&] { static_cast<void>(saved(data, {.at = hour(100), .mayCreate = false})); }).number, 0);
+    static_cast<void>(engine.selectedDahs().text(&DISelectedDahs::get_EditUserName));
+    const auto pids = com::Variant::of(variantsOf({com::Variant::of(LONG{hourPid})}).get());
+    const auto found = listed(data, {.pids = pids});
+    EXPECT_EQ(found.count(), 1);
+    EXPECT_FALSE(listed(data, {.first = hour(2)}));
+    EXPECT_NE(failureOf([&] { static_cast<void>(listed(data, {.filter = 3})); }).number, 0);
+    EXPECT_NE(failureOf([&] { static_cast<void>(listed(data, {.pids = com::Variant::of(5.0)})); }).number, 0);
+    const auto one = found.item(1);
+    EXPECT_EQ(one.textValue().view(), anyText);
+    static_cast<void>(one.value(&DIOccurrence::get_NValue));
+    const com::Bstr text(anyText);
+    one.event().put(&DIOccurrenceEvent::put_Downtime_Reason, text.get());
+    EXPECT_EQ(one.event().text(&DIOccurrenceEvent::get_Downtime_Reason).view(), anyText);
+    const auto point = foundPoint(data, {}, hour(1), hour(1));
+    point.put(&DIDataPoint::put_OccDataXML, text.get());
+    EXPECT_NE(failureOf([&] { point.event().call(&DIOccurrenceEvent::AddExcursion); }).number, 0);
+}
+
 /// Bytes of memory that this process occupies.
 SIZE_T occupied() {
     PROCESS_MEMORY_COUNTERS counters{};
@@ -131,6 +158,7 @@ void session(LONG dahsId) {
     EXPECT_NE(failureOf([&] { static_cast<void>(param.specialFunction(6, none)); }).number, 0);
     facts(engine, param);
     dataPoints(engine);
+    occurrences(engine);
     maskedRun(param);
     const auto data = engine::DataArray::create();
     data.define(hour(0), 24, com::Bstr(L"h"), 1);
@@ -188,6 +216,12 @@ TEST_F(EngineLifetime, EveryObjectKeepsTheLibraryAndTheLastOneLetsItGo) {
             ASSERT_TRUE(managers.update(Manager::longTerm, {}, hour(1), L"x"));
             objects.emplace_back(managers.list(Manager::longTerm, {}, hour(1), hour(1)).get());
             objects.emplace_back(managers.list(Manager::longTerm, {}, hour(1), hour(1)).item(1).get());
+            ASSERT_TRUE(saved(engine.longTermData(), {.occurrence = xmlOf(downtimeOf(hourPid))}));
+            const auto found = listed(engine.longTermData(), {});
+            objects.emplace_back(found.get());
+            objects.emplace_back(found.item(1).get());
+            objects.emplace_back(found.item(1).event().get());
+            objects.emplace_back(foundPoint(engine.longTermData(), {}, hour(1), hour(1)).event().get());
             com::Ptr<IUnknown> enumerator;
             com::check(engine.relationshipParams().get()->get__NewEnum(enumerator.receive()));
             objects.push_back(enumerator);
@@ -230,6 +264,44 @@ TEST_F(EngineLifetime, AHundredThousandDataPointsAreWalkedAndReleased) {
         const SIZE_T before = occupied();
         for (int round = 0; round < 3; ++round) walk();
         EXPECT_LT(occupied(), before + count * 16) << "One object for each point would be several times that";
+        EXPECT_EQ(spy.live(), 0);
+    }
+    library.stopServing();
+    EXPECT_EQ(library.canUnloadNow(), S_OK) << "No object is left";
+    library.serve();
+}
+
+TEST_F(EngineLifetime, AHundredThousandOccurrencesAreWalkedAndReleased) {
+    constexpr LONG count = 100'000;
+    {
+        store::Site site(connections(), "DEMO");
+        store::Load load(site);
+        const store::Occurrence occurrence = bothOf(true, false);
+        for (LONG i = 0; i < count; ++i)
+            load.writeOccurrence(minutePid, store::timeOf({2007, 3, 25, 0, 0, 0}) + 60 * store::Time{i},
+                                 occurrence, {0, "test", "user"});
+        load.commit();
+    }
+    {
+        const auto engine = engine::Engine::create();
+        ASSERT_TRUE(engine.setupByDahsId(dahsId));
+        const auto data = engine.longTermData();
+        const auto walk = [&] {
+            const auto found = listed(data, {.last = hour(24 * 100)});
+            ASSERT_EQ(found.count(), count);
+            std::vector<engine::Occurrence> all;
+            all.reserve(count);
+            for (LONG i = 1; i <= count; ++i) all.push_back(found.item(i));
+            EXPECT_EQ(common::secondsOfDate(all.back().date(&DIOccurrence::get_StartDate)),
+                      common::secondsOfDate(hour(0)) + 60 * (std::int64_t{count} - 1));
+            EXPECT_TRUE(all[count / 2].event().flag(&DIOccurrenceEvent::get_HasDowntime));
+        };
+        walk();  // the memory that the program keeps for the next time
+        const AllocationSpy spy;
+        const SIZE_T before = occupied();
+        for (int round = 0; round < 3; ++round) walk();
+        EXPECT_LT(occupied(), before + count * 16)
+            << "One object for each of them would be several times that";
         EXPECT_EQ(spy.live(), 0);
     }
     library.stopServing();

@@ -3,6 +3,7 @@
 #include <iostream>
 
 #include "data_interface/value.h"
+#include "foreign_data_array.h"
 #include "special_call.h"
 
 namespace vtdn::embedded::test {
@@ -221,29 +222,7 @@ TEST_F(EngineMaskedRun, OtherArgumentsAreRefused) {
 }
 
 TEST_F(EngineMaskedRun, AnArrayOfAnotherLibraryIsRefused) {
-    class Foreign final : public DIDataArray {
-      public:
-        STDMETHODIMP QueryInterface(REFIID iid, void** out) noexcept override {
-            *out =
-                iid == __uuidof(DIDataArray) || iid == IID_IUnknown || iid == IID_IDispatch ? this : nullptr;
-            return *out ? S_OK : E_NOINTERFACE;
-        }
-        STDMETHODIMP_(ULONG) AddRef() noexcept override { return 2; }
-        STDMETHODIMP_(ULONG) Release() noexcept override { return 1; }
-        STDMETHODIMP GetTypeInfoCount(UINT*) noexcept override { return E_NOTIMPL; }
-        STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) noexcept override { return E_NOTIMPL; }
-        STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) noexcept override {
-            return E_NOTIMPL;
-        }
-        STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*,
-                            UINT*) noexcept override {
-            return E_NOTIMPL;
-        }
-        STDMETHODIMP Define(DATE, LONG, BSTR, LONG, LONG) noexcept override { return S_OK; }
-        STDMETHODIMP Item(LONG, DIDataArrayItem**) noexcept override { return E_NOTIMPL; }
-        STDMETHODIMP Fill(VARIANT, LONG) noexcept override { return E_NOTIMPL; }
-        STDMETHODIMP SetItem(LONG, VARIANT, LONG) noexcept override { return E_NOTIMPL; }
-    } foreign;
+    ForeignDataArray foreign;
     const auto own = com::Variant::of(fiveHours().get());
     EXPECT_EQ(refused(hourPid, 33, Arguments{com::Variant::of(&foreign), own}).number, 13);
     EXPECT_EQ(refused(hourPid, 33, Arguments{own, com::Variant::of(&foreign)}).number, 13);

@@ -179,6 +179,16 @@ class OnEngine : public OnSite {
         return data;
     }
 
+    /// A call that must be refused, with one message that says what the error says.
+    template <class Call>
+    Failure refusedCall(Call&& call) {
+        Failure failure = failureOf(call);
+        EXPECT_NE(failure.number, 0) << "Not refused";
+        EXPECT_EQ(heard.take(), std::vector{failure.description});
+        EXPECT_GT(failure.description.size(), 20U);
+        return failure;
+    }
+
     engine::Engine engine = engine::Engine::create();
     Heard heard{engine};
 };

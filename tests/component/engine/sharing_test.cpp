@@ -1,5 +1,5 @@
 // Several engines on one site, in one process and in several, and what is left when a process ends.
-#include "data_point_call.h"
+#include "occurrence_call.h"
 
 namespace vtdn::embedded::test {
 namespace {
@@ -90,6 +90,45 @@ TEST_F(EngineSharing, AnExtraValueSurvivesTheKillOfItsProcess) {
     const auto points = managers.list(Manager::longTerm, {}, hour(3), hour(3));
     ASSERT_TRUE(points);
     EXPECT_EQ(extraOf(points.item(1)), anyText);
+}
+
+TEST_F(EngineSharing, ASavedOccurrenceSurvivesTheKillOfItsProcessWithItsEdit) {
+    const auto data = engine.longTermData();
+    ASSERT_TRUE(
+        saved(data, {.at = hour(3), .value = com::Variant::of(2.5F), .occurrence = xmlOf(downtimeOf(1))}));
+    EXPECT_EQ(runElsewhere("EngineElsewhere.DISABLED_SavesAnOccurrenceAndIsKilled"), 77U);
+    const auto found = listed(data, {});
+    ASSERT_TRUE(found);
+    ASSERT_EQ(found.count(), 1);
+    EXPECT_EQ(textIn(found.item(1)), xmlOf(bothOf(true, false)));
+    EXPECT_EQ(found.item(1).value(&DIOccurrence::get_NValue).get().fltVal, 2.5F);
+    store::Site site(connections(), "DEMO");
+    const auto edits = site.edits();
+    ASSERT_EQ(edits.size(), 2U);
+    EXPECT_EQ(edits[0].origin.user, "elsewhere");
+    EXPECT_EQ(edits[0].parts, store::EditedParts::occurrence);
+}
+
+TEST_F(EngineSharing, TwoEnginesSeeEachOthersOccurrences) {
+    const auto other = engine::Engine::create();
+    ASSERT_TRUE(other.setupByDahsId(dahsId));
+    const auto here = engine.longTermData();
+    const auto there = other.longTermData();
+    for (int h = 0; h < 24; ++h) {
+        ASSERT_TRUE(saved(h % 2 ? here : there, {.at = hour(h), .occurrence = xmlOf(downtimeOf(h))}));
+        for (const auto& data : {here, there}) {
+            EXPECT_EQ(listed(data, {}).count(), h + 1);
+            EXPECT_TRUE(foundPoint(data, {}, hour(h), hour(h)));
+        }
+    }
+}
+
+TEST_F(EngineElsewhere, DISABLED_SavesAnOccurrenceAndIsKilled) {
+    ASSERT_TRUE(engine.setupByDahsId(dahsId));
+    ASSERT_TRUE(saved(
+        engine.longTermData(),
+        {.at = hour(3), .mayCreate = false, .occurrence = xmlOf(bothOf(true, false)), .user = L"elsewhere"}));
+    TerminateProcess(GetCurrentProcess(), 77);
 }
 
 TEST_F(EngineElsewhere, DISABLED_StoresAnExtraValueAndIsKilled) {
