@@ -2,84 +2,16 @@
 
 #include <initializer_list>
 #include <ostream>
-#include <tuple>
 #include <type_traits>
 #include <utility>
 
-#include "com/strings.h"
-#include "support/array.h"
-#include "support/client.h"
+#include "failures/rows.h"
 
 namespace vtdn::test {
 
 namespace {
 
 using com::Bstr;
-
-constexpr LONG pid = 530001;
-constexpr DATE when = 39448.25;
-
-std::wstring shown(VARIANT_BOOL value) {
-    return value ? L"True" : L"False";
-}
-std::wstring shown(LONG value) {
-    return std::to_wstring(value);
-}
-std::wstring shown(BSTR value) {
-    return L"'" + std::wstring(com::view(value)) + L"'";
-}
-template <class T>
-std::wstring shown(const Array<T>& array) {
-    if (!array.get()) return L"no array";
-    std::wstring text = L"[" + std::to_wstring(array.lower()) + L"..:";
-    for (const auto& value : array.values()) {
-        if constexpr (std::is_same_v<T, BSTR>) {
-            text += L" '" + value + L"'";
-        } else {
-            text += L" " + std::to_wstring(value);
-        }
-    }
-    if (array.get()->cLocks != 0) text += L" locked";
-    return text + L"]";
-}
-
-/// An array of texts or of objects that an operation returned, which ends here.
-std::wstring shown(SAFEARRAY* result) {
-    if (!result) return L"no array";
-    const com::SafeArray array(result);
-    std::wstring text = L"[0..:";
-    VARTYPE type = VT_EMPTY;
-    if (SUCCEEDED(SafeArrayGetVartype(result, &type)) && type == VT_DISPATCH) {
-        const com::ArrayView<IDispatch*> objects(array.get());
-        for (const IDispatch* object : objects) text += object ? L" object" : L" nothing";
-        return text + L"]";
-    }
-    const com::ArrayView<BSTR> elements(array.get());
-    for (const BSTR element : elements) text += L" " + shown(element);
-    return text + L"]";
-}
-
-/// A call with a result; `outputs` shows the by-reference arguments afterwards.
-template <class... P, class... A>
-Outcome outcome(_DIWrapper& wrapper, const Around& around, Member<P...> member, A... arguments) {
-    using Result = std::remove_pointer_t<std::tuple_element_t<sizeof...(P) - 1, std::tuple<P...>>>;
-    Result result{};
-    Outcome all;
-    around.before();
-    all.result = (wrapper.*member)(arguments..., &result);
-    around.after();
-    all.text = shown(result);
-    if constexpr (std::is_same_v<Result, BSTR>) SysFreeString(result);
-    return all;
-}
-
-/// A row for a member that takes plain arguments only.
-template <class... P, class... A>
-Operation plain(const char* name, Member<P...> member, A... arguments) {
-    return {name, [=](_DIWrapper& wrapper, const Around& around) {
-                return outcome(wrapper, around, member, arguments...);
-            }};
-}
 
 /// A row for a member without a result.
 Operation procedure(const char* name, HRESULT (STDMETHODCALLTYPE _DIWrapper::*member)()) {
@@ -89,17 +21,6 @@ Operation procedure(const char* name, HRESULT (STDMETHODCALLTYPE _DIWrapper::*me
                 around.after();
                 return Outcome{result, L""};
             }};
-}
-
-/// Calls made one after the other, up to the first that fails.
-using Step = std::function<HRESULT()>;
-HRESULT inTurn(std::initializer_list<Step> steps) {
-    HRESULT result = S_OK;
-    for (const Step& step : steps) {
-        result = step();
-        if (FAILED(result)) break;
-    }
-    return result;
 }
 
 /// A row for a question about special values, whose failures are problems.
@@ -165,67 +86,10 @@ Operation arrayRead(const char* name, M member, Failing failing) {
 
 const Bstr app(L"App");
 const Bstr text(L"text");
-const Bstr hourly(L"1h");
-const com::Variant numericText = com::Variant::of(L"12.5");
 
-/// A row for an update of an extra value, which begins with a data point to update.
-template <class M>
-Operation update(const char* name, M member) {
-    return {name, [member](_DIWrapper& wrapper, const Around& around) {
-                com::Ptr<_DataPointBasicWrapper> point;
-                VARIANT_BOOL done = VARIANT_FALSE;
-                Outcome all;
-                around.before();
-                all.result =
-                    inTurn({[&] { return wrapper.MakeBlankDataPointWrapper(when, point.receive()); },
-                            [&] { return point->put_XValueXML(text.get()); },
-                            [&] { return (wrapper.*member)(point.get(), pid, hourly.get(), &done); }});
-                around.after();
-                all.text = shown(done);
-                return all;
-            }};
-}
-
-/// Every member of a data point.
-Outcome useDataPoint(_DIWrapper& wrapper, const Around& around) {
-    com::Ptr<_DataPointBasicWrapper> point;
-    DATE stamp = 0;
-    VARIANT value{};
-    VARIANT mc{};
-    VARIANT_BOOL isNullValue = VARIANT_TRUE;
-    VARIANT_BOOL isNullMc = VARIANT_TRUE;
-    BSTR occurrence = nullptr;
-    BSTR extra = nullptr;
-    Outcome all;
-    around.before();
-    all.result = inTurn(
-        {[&] { return wrapper.MakeBlankDataPointWrapper(when, point.receive()); },
-         [&] { return point->get_TStamp(&stamp); }, [&] { return point->put_NValue(numericText.get()); },
-         [&] { return point->get_NValue(&value); }, [&] { return point->get_IsNValueNull(&isNullValue); },
-         [&] { return point->SetNValueToNull(); }, [&] { return point->put_MC(numericText.get()); },
-         [&] { return point->get_MC(&mc); }, [&] { return point->get_IsMCNull(&isNullMc); },
-         [&] { return point->SetMCToNull(); }, [&] { return point->put_OccDataXML(text.get()); },
-         [&] { return point->get_OccDataXML(&occurrence); }, [&] { return point->put_XValueXML(text.get()); },
-         [&] { return point->get_XValueXML(&extra); }});
-    around.after();
-    all.text = std::to_wstring(stamp) + shown(value.vt == VT_BSTR ? value.bstrVal : nullptr) +
-               shown(mc.vt == VT_BSTR ? mc.bstrVal : nullptr) + shown(isNullValue) + shown(isNullMc) +
-               shown(occurrence) + shown(extra);
-    VariantClear(&value);
-    VariantClear(&mc);
-    SysFreeString(occurrence);
-    SysFreeString(extra);
-    return all;
-}
-
-}  // namespace
-
-void PrintTo(const Operation& operation, std::ostream* out) {
-    *out << operation.name;
-}
-
-const std::vector<Operation>& operations() {
-    static const std::vector<Operation> all = {
+/// The rows about everything but records.
+std::vector<Operation> wrapperOperations() {
+    return {
         setUp("Setup", &_DIWrapper::Setup, LONG{5}),
         setUp("Setup3", &_DIWrapper::Setup3, LONG{5}, app.get()),
         setUp("Setup2", &_DIWrapper::Setup2, text.get(), text.get(), text.get(), text.get(), text.get(),
@@ -340,13 +204,21 @@ const std::vector<Operation>& operations() {
         getter("Utils_GetShortPCNames", &_DIWrapper::Utils_GetShortPCNames),
         plain("WriteStrToAlarm", &_DIWrapper::WriteStrToAlarm, when, text.get(), text.get(), LONG{4},
               text.get(), text.get()),
-        plain("GetLongTermDataPoints", &_DIWrapper::GetLongTermDataPoints, pid, hourly.get(), when, when + 1),
-        plain("GetShortTermDataPoints", &_DIWrapper::GetShortTermDataPoints, pid, hourly.get(), when,
-              when + 1),
-        update("UpdateLongTermDataPointXValue", &_DIWrapper::UpdateLongTermDataPointXValue),
-        update("UpdateShortTermDataPointXValue", &_DIWrapper::UpdateShortTermDataPointXValue),
-        {"DataPointBasicWrapper", useDataPoint},
     };
+}
+
+}  // namespace
+
+void PrintTo(const Operation& operation, std::ostream* out) {
+    *out << operation.name;
+}
+
+const std::vector<Operation>& operations() {
+    static const std::vector<Operation> all = [] {
+        std::vector<Operation> rows = wrapperOperations();
+        for (Operation& row : recordOperations()) rows.push_back(std::move(row));
+        return rows;
+    }();
     return all;
 }
 
@@ -386,11 +258,7 @@ void furnish(fake::Site& site) {
     furnishSpecial(530007, 45, {{-32, L"1"}});
     furnishSpecial(100000, 0, {{-17, L"1"}, {-95, L"3456"}, {-97, L"CT1"}});
     furnishSpecial(100100000, 0, {{-17, L"0"}});
-    for (auto* const points : {&site.longTerm, &site.shortTerm}) {
-        (*points)[pid] = {{when, com::Variant::of(12.5), com::Variant::of(LONG{5}), L"", L""},
-                          {when + 1, com::Variant::null(), com::Variant::null(), L"<o/>", L"<x/>"},
-                          {when + 2, com::Variant::of(1.0), com::Variant::of(LONG{1}), L"", L""}};
-    }
+    furnishRecords(site);
     site.units = {L"Common", L"Unit 1"};
     site.monitorCodes = {{L"OK", L"BAD"}, {L"Valid", L"Invalid"}};
     site.parameterCodes = {{L"SO2", L""}, {L"Sulfur dioxide", L"Unused"}};

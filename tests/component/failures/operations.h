@@ -27,11 +27,12 @@ struct Around {
 
 /// What an engine failure in the middle of an operation does to it.
 enum class Failing {
-    untrapped,    ///< reaches the client
-    trapped,      ///< ends the operation with False and empty outputs
-    numberReads,  ///< the second reading of a value only makes that value missing
-    textReads,    ///< any reading of a value only makes that value missing
-    toProblem,    ///< from fetching the parameter on: a problem, and the default result
+    untrapped,     ///< reaches the client
+    trapped,       ///< ends the operation with False and empty outputs
+    numberReads,   ///< the second reading of a value only makes that value missing
+    textReads,     ///< any reading of a value only makes that value missing
+    toProblem,     ///< from fetching the parameter on: a problem, and the default result
+    allToProblem,  ///< from the first call on: a problem of its own form, and the default result
 };
 
 struct Operation {

@@ -9,6 +9,7 @@
 #include "com/error.h"
 #include "com/strings.h"
 #include "fake_engine/lenient.h"
+#include "lifetime/elements.h"
 #include "support/client.h"
 
 namespace vtdn::test {
@@ -39,11 +40,6 @@ class DataPointLifetime : public testing::Test {
         EXPECT_EQ(wrapper.GetLongTermDataPoints(tag, hourly.get(), start, start + 10'000, &array), S_OK);
         return com::SafeArray(array);
     }
-    [[nodiscard]] static DataPoint at(const com::SafeArray& array, LONG index) {
-        Ptr<IDispatch> element;
-        EXPECT_EQ(SafeArrayGetElement(array.get(), &index, element.receiveVoid()), S_OK);
-        return element.as<_DataPointBasicWrapper>();
-    }
     static LONG valueOf(const DataPoint& point) {
         com::Variant value;
         EXPECT_EQ(point->get_NValue(value.receive()), S_OK);
@@ -63,8 +59,8 @@ TEST_F(DataPointLifetime, WrapperArrayAndObjectsCanBeReleasedInAnyOrder) {
         Ptr<_DIWrapper> wrapper = library.create<_DIWrapper>(CLSID_DIWrapper);
         EXPECT_TRUE(Client(wrapper).setup());
         com::SafeArray array = list(*wrapper.get());
-        DataPoint first = at(array, 0);
-        DataPoint second = at(array, 1);
+        DataPoint first = at<_DataPointBasicWrapper>(array, 0);
+        DataPoint second = at<_DataPointBasicWrapper>(array, 1);
         DataPoint blank;
         EXPECT_EQ(wrapper->MakeBlankDataPointWrapper(start, blank.receive()), S_OK);
         EXPECT_EQ(site.objects, 4);
@@ -187,7 +183,7 @@ TEST_F(DataPointLifetime, AnUpdateReachesTheStoredDataPointAndNoOther) {
     const Client client(library.create<_DIWrapper>(CLSID_DIWrapper));
     EXPECT_TRUE(client.setup());
     const com::SafeArray array = list(*client.get());
-    const DataPoint second = at(array, 1);
+    const DataPoint second = at<_DataPointBasicWrapper>(array, 1);
     const Bstr extra(L"<x>\xD83D\xDE00</x>");
     EXPECT_EQ(second->put_XValueXML(extra.get()), S_OK);
     EXPECT_EQ(second->put_NValue(com::Variant::of(LONG{77}).get()), S_OK);

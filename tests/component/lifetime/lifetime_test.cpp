@@ -39,6 +39,9 @@ void furnish(fake::Site& site) {
     site.units = {L"Common"};
     site.monitorCodes = {{L"OK"}, {L"Valid"}};
     site.longTerm[pid] = {{39448.0, com::Variant::of(1.5), com::Variant::of(LONG{5}), L"", L"<x/>"}};
+    site.parameters[pid + 2].ioType = 31;
+    site.parameters[pid + 2].specialValues = {
+        {-21, com::Variant::of(pid + 3)}, {-3, com::Variant::of(LONG{4})}, {-13, com::Variant::of(L"3600")}};
 }
 
 void useDataPoints(const Client& client) {
@@ -60,6 +63,22 @@ void useDataPoints(const Client& client) {
     Ptr<_DataPointBasicWrapper> blank;
     EXPECT_EQ(client->MakeBlankDataPointWrapper(39448.0, blank.receive()), S_OK);
     EXPECT_EQ(blank->SetNValueToNull(), S_OK);
+}
+
+void useOccurrences(const Client& client) {
+    Ptr<_OccurrenceDataWrapper> created;
+    EXPECT_EQ(client->CreateOrRetrieveOccurrence(pid + 2, 39449.0, created.receive()), S_OK);
+    ASSERT_TRUE(created);
+    EXPECT_EQ(created->put_Downtime_Reason(Bstr(L"Calibration").get()), S_OK);
+    EXPECT_TRUE(client.yes(&_DIWrapper::SaveOccurrence, created.get()));
+    Array<LONG> tags(1, 1);
+    tags.fill(pid + 3);
+    SAFEARRAY* listed = nullptr;
+    EXPECT_EQ(client->GetOccurrences(39448.0, 39449.0, VARIANT_TRUE, com::Variant::of(L"True").get(), 0,
+                                     VARIANT_TRUE, tags.inOut(), &listed),
+              S_OK);
+    const com::SafeArray array(listed);
+    EXPECT_EQ(com::bounds(array.get()), (com::Bounds{0, 0}));
 }
 
 /// The operations that list, ask for special values, write runs and alarms.
@@ -106,6 +125,7 @@ void use(const Client& client) {
     EXPECT_TRUE(client.yes(&_DIWrapper::Param_WriteVMC_Single, pid, 39448.0, 1.5f, LONG{5}));
     useMore(client);
     useDataPoints(client);
+    useOccurrences(client);
     EXPECT_FALSE(client.problems().empty());
 }
 

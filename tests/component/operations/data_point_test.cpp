@@ -3,8 +3,8 @@
 
 #include <array>
 
-#include "operations/data_points.h"
 #include "operations/on_strict_engine.h"
+#include "operations/records.h"
 
 namespace vtdn::test {
 namespace {

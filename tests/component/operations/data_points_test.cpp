@@ -1,8 +1,8 @@
 // Data points listed, made blank, and their extra values written.
-#include "operations/data_points.h"
 #include "fake_engine/object.h"
 #include "occurrences/data_point.h"
 #include "operations/on_strict_engine.h"
+#include "operations/records.h"
 #include "support/late.h"
 
 namespace vtdn::test {
@@ -125,7 +125,7 @@ TEST_P(DataPoints, AListIsAnArrayFrom0InTheEnginesOrder) {
     EXPECT_EQ(SafeArrayGetDim(array.get()), 1U);
     EXPECT_EQ(com::bounds(array.get()), (com::Bounds{0, 2}));
     EXPECT_EQ(array.get()->cLocks, 0U);
-    const auto points = elementsOf(array.get());
+    const auto points = elementsOf<_DataPointBasicWrapper>(array.get());
     for (std::size_t i = 0; i < points.size(); ++i) {
         engine.expect({{"Point(" + std::to_string(i + 1) + ").TStamp", first + static_cast<double>(i)}});
         EXPECT_EQ(read(points[i], &_DataPointBasicWrapper::get_TStamp), first + static_cast<double>(i));
@@ -229,7 +229,7 @@ TEST_P(DataPoints, ObjectsStayValidWhateverIsReleasedFirst) {
         setUpClient();
         expectList(2);
         auto array = list();
-        std::vector<DataPoint> points = elementsOf(array.get());
+        std::vector<DataPoint> points = elementsOf<_DataPointBasicWrapper>(array.get());
         if (arrayFirst) array = {};
         engine.expect({{"Engine.Close"}});
         client.teardown();

@@ -5,12 +5,12 @@
 
 #include <set>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "com/error.h"
 #include "com/strings.h"
 #include "fake_engine/lenient.h"
+#include "registration/registered.h"
 #include "support/array.h"
 #include "support/client.h"
 
@@ -21,34 +21,6 @@ using com::Bstr;
 using com::Ptr;
 
 constexpr LONG pid = 530001;
-
-std::wstring textOf(REFGUID guid) {
-    wchar_t text[40];
-    StringFromGUID2(guid, text, 40);
-    return text;
-}
-
-const std::wstring classKey = L"CLSID\\" + textOf(CLSID_DIWrapper);
-const std::wstring interfaceKey = L"Interface\\" + textOf(__uuidof(_DIWrapper));
-const std::wstring recordKey = L"Interface\\" + textOf(__uuidof(_DataPointBasicWrapper));
-const std::wstring libraryKey = L"TypeLib\\" + textOf(LIBID_VTWrapperDN);
-
-/// A value below Software\Classes; "(none)" when there is none.
-std::wstring value(HKEY root, const std::wstring& path, const wchar_t* name = nullptr) {
-    wchar_t text[1024];
-    DWORD bytes = sizeof text;
-    const LSTATUS status = RegGetValueW(root, (L"Software\\Classes\\" + path).c_str(), name, RRF_RT_REG_SZ,
-                                        nullptr, text, &bytes);
-    return status == ERROR_SUCCESS ? text : L"(none)";
-}
-
-bool exists(HKEY root, const std::wstring& path) {
-    HKEY key = nullptr;
-    if (RegOpenKeyExW(root, (L"Software\\Classes\\" + path).c_str(), 0, KEY_READ, &key) != ERROR_SUCCESS)
-        return false;
-    RegCloseKey(key);
-    return true;
-}
 
 /// Every key below Software\Classes, with its values: what a registration may change.
 void collect(HKEY key, const std::wstring& path, std::set<std::wstring>& all) {
@@ -93,15 +65,6 @@ DWORD regsvr32(const std::wstring& switches) {
     return run(L"regsvr32 /s " + switches + L" \"" + componentPath() + L"\"");
 }
 
-void expectNothing(HKEY root) {
-    EXPECT_FALSE(exists(root, classKey));
-    EXPECT_FALSE(exists(root, interfaceKey));
-    EXPECT_FALSE(exists(root, recordKey));
-    EXPECT_FALSE(exists(root, libraryKey));
-    EXPECT_FALSE(exists(root, L"VTWrapDN.DIWrapper"));
-    EXPECT_FALSE(exists(root, L"VTWrapDN.DIWrapper.1"));
-}
-
 void expectRegistered(HKEY root) {
     EXPECT_EQ(value(root, classKey + L"\\InprocServer32"), componentPath());
     EXPECT_EQ(value(root, classKey + L"\\InprocServer32", L"ThreadingModel"), L"Apartment");
@@ -117,34 +80,19 @@ void expectRegistered(HKEY root) {
     EXPECT_EQ(value(root, libraryKey + L"\\1.0\\0\\" + bits), componentPath());
     // Calls from other apartments go through the type library's marshaller.
     EXPECT_EQ(value(root, interfaceKey), L"_DIWrapper");
-    EXPECT_EQ(value(root, recordKey), L"_DataPointBasicWrapper");
-    for (const std::wstring& key : {interfaceKey, recordKey}) {
+    EXPECT_EQ(value(root, dataPointKey), L"_DataPointBasicWrapper");
+    EXPECT_EQ(value(root, occurrenceKey), L"_OccurrenceDataWrapper");
+    for (const std::wstring& key : {interfaceKey, dataPointKey, occurrenceKey}) {
         EXPECT_EQ(value(root, key + L"\\ProxyStubClsid32"), L"{00020424-0000-0000-C000-000000000046}");
         EXPECT_EQ(value(root, key + L"\\TypeLib"), textOf(LIBID_VTWrapperDN));
         EXPECT_EQ(value(root, key + L"\\TypeLib", L"Version"), L"1.0");
     }
     // A class that cannot be created has no keys.
-    EXPECT_FALSE(exists(root, L"CLSID\\" + textOf(CLSID_DataPointBasicWrapper)));
+    for (const CLSID& id : {CLSID_DataPointBasicWrapper, CLSID_OccurrenceDataWrapper})
+        EXPECT_FALSE(exists(root, L"CLSID\\" + textOf(id)));
     EXPECT_FALSE(exists(root, L"VTWrapDN.DataPointBasicWrapper"));
+    EXPECT_FALSE(exists(root, L"VTWrapDN.OccurrenceDataWrapper"));
 }
-
-/// Each test begins and ends with nothing registered.
-class Registration : public testing::Test {
-  protected:
-    void SetUp() override {
-        expectNothing(HKEY_LOCAL_MACHINE);
-        expectNothing(HKEY_CURRENT_USER);
-    }
-    void TearDown() override {
-        static_cast<void>(component().call("DllUnregisterServer"));
-        static_cast<void>(install(FALSE, L"user"));
-    }
-    static HRESULT install(BOOL on, const wchar_t* what) {
-        using Function = HRESULT STDAPICALLTYPE(BOOL, PCWSTR);
-        const FARPROC found = GetProcAddress(component().module(), "DllInstall");
-        return reinterpret_cast<Function*>(reinterpret_cast<void*>(found))(on, what);
-    }
-};
 
 TEST_F(Registration, Regsvr32WritesTheKeysAndTakesEachOneOut) {
     const auto before = allKeys(HKEY_LOCAL_MACHINE);
@@ -239,24 +187,6 @@ TEST_F(Registration, ARegisteredClassIsMadeByItsNames) {
     }
 }
 
-/// Runs a body on a thread of another apartment, and answers calls into this apartment meanwhile.
-template <class Body>
-void inAnotherApartment(Body body, COINIT kind = COINIT_MULTITHREADED) {
-    const HANDLE done = CreateEventW(nullptr, TRUE, FALSE, nullptr);
-    std::thread thread([&] {
-        EXPECT_EQ(CoInitializeEx(nullptr, kind), S_OK);
-        body();
-        CoUninitialize();
-        SetEvent(done);
-    });
-    while (MsgWaitForMultipleObjects(1, &done, FALSE, INFINITE, QS_ALLINPUT) != WAIT_OBJECT_0) {
-        MSG message;
-        while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) DispatchMessageW(&message);
-    }
-    thread.join();
-    CloseHandle(done);
-}
-
 /// Hands a wrapper of this apartment to a client in another one.
 void useFromAnotherApartment(const Ptr<_DIWrapper>& wrapper) {
     Ptr<IStream> stream;
@@ -309,169 +239,6 @@ TEST_F(Registration, AFailureOfTheEngineReachesAClientInAnotherApartment) {
     });
 }
 
-// ---- Data points across apartments
-
-/// What this apartment hands to another one.
-template <class I>
-class Handed {
-  public:
-    explicit Handed(const Ptr<I>& object) {
-        EXPECT_EQ(CoMarshalInterThreadInterfaceInStream(__uuidof(I), object.get(), stream_.receive()), S_OK);
-    }
-    [[nodiscard]] Ptr<I> take() {
-        Ptr<I> proxy;
-        EXPECT_EQ(CoGetInterfaceAndReleaseStream(stream_.detach(), __uuidof(I), proxy.receiveVoid()), S_OK);
-        return proxy;
-    }
-
-  private:
-    Ptr<IStream> stream_;
-};
-
-constexpr DATE stamp = 39448.25;
-
-/// Reads and writes every member of a data point that holds 2.5 with code 1.
-void use(_DataPointBasicWrapper& point) {
-    DATE time = 0;
-    EXPECT_EQ(point.get_TStamp(&time), S_OK);
-    EXPECT_EQ(time, stamp);
-    com::Variant value;
-    EXPECT_EQ(point.get_NValue(value.receive()), S_OK);
-    ASSERT_EQ(value.type(), VT_R8);
-    EXPECT_EQ(value.get().dblVal, 2.5);
-    EXPECT_EQ(point.put_NValue(com::Variant::of(L"12.5").get()), S_OK);
-    EXPECT_EQ(point.put_NValue(com::Variant::of(L"abc").get()), S_OK);
-    EXPECT_EQ(point.get_NValue(value.receive()), S_OK);
-    ASSERT_EQ(value.type(), VT_BSTR);
-    EXPECT_EQ(com::view(value.get().bstrVal), L"12.5");
-    EXPECT_EQ(point.SetNValueToNull(), S_OK);
-    EXPECT_EQ(point.get_NValue(value.receive()), S_OK);
-    EXPECT_TRUE(value.isNull());
-    VARIANT_BOOL isNull = VARIANT_TRUE;
-    EXPECT_EQ(point.get_IsNValueNull(&isNull), S_OK);
-    EXPECT_EQ(isNull, VARIANT_FALSE);
-    EXPECT_EQ(point.put_MC(com::Variant::of(LONG{7}).get()), S_OK);
-    EXPECT_EQ(point.get_MC(value.receive()), S_OK);
-    ASSERT_EQ(value.type(), VT_I4);
-    EXPECT_EQ(value.get().lVal, 7);
-    EXPECT_EQ(point.SetMCToNull(), S_OK);
-    EXPECT_EQ(point.get_IsMCNull(&isNull), S_OK);
-    EXPECT_EQ(isNull, VARIANT_FALSE);
-    const Bstr text(std::wstring_view(L"<x>\0\xD83D\xDE00</x>", 10));
-    EXPECT_EQ(point.put_OccDataXML(text.get()), S_OK);
-    EXPECT_EQ(point.put_XValueXML(text.get()), S_OK);
-    for (const auto property :
-         {&_DataPointBasicWrapper::get_OccDataXML, &_DataPointBasicWrapper::get_XValueXML}) {
-        Bstr got;
-        EXPECT_EQ((point.*property)(got.receive()), S_OK);
-        EXPECT_EQ(got.view(), text.view());
-    }
-}
-
-/// A registered component over a site with two data points.
-class DataPointsAcrossApartments : public Registration {
-  protected:
-    void SetUp() override {
-        Registration::SetUp();
-        ASSERT_EQ(component().call("DllRegisterServer"), S_OK);
-        site.longTerm[pid] = {{stamp, com::Variant::of(2.5), com::Variant::of(LONG{1}), L"", L""},
-                              {stamp + 1, com::Variant::null(), com::Variant::null(), L"", L""}};
-    }
-    fake::Site site;
-    const fake::LenientServer server{site};
-};
-
-TEST_F(DataPointsAcrossApartments, AClientElsewhereListsUsesAndHandsBackDataPoints) {
-    {
-        const Client home;
-        EXPECT_TRUE(home.setup());
-        Handed<_DIWrapper> handed(Ptr<_DIWrapper>(home.get()));
-        inAnotherApartment([&handed] {
-            const Client client(handed.take());
-            const Bstr hourly(L"1h");
-            SAFEARRAY* listed = nullptr;
-            ASSERT_EQ(client->GetLongTermDataPoints(pid, hourly.get(), stamp, stamp + 1, &listed), S_OK);
-            com::SafeArray array(listed);
-            ASSERT_TRUE(listed);
-            ASSERT_EQ(com::bounds(array.get()), (com::Bounds{0, 1}));
-            Ptr<_DataPointBasicWrapper> point;
-            {
-                // By its place: Wine does not say the element type of an array that came from elsewhere.
-                void* elements = nullptr;
-                ASSERT_EQ(SafeArrayAccessData(listed, &elements), S_OK);
-                IDispatch* const first = *static_cast<IDispatch**>(elements);
-                ASSERT_EQ(first->QueryInterface(__uuidof(_DataPointBasicWrapper), point.receiveVoid()), S_OK);
-                ASSERT_EQ(SafeArrayUnaccessData(listed), S_OK);
-            }
-            array = {};
-            use(*point.get());
-            EXPECT_TRUE(
-                client.yes(&_DIWrapper::UpdateLongTermDataPointXValue, point.get(), pid, hourly.get()));
-            EXPECT_FALSE(
-                client.yes(&_DIWrapper::UpdateShortTermDataPointXValue, point.get(), pid, hourly.get()));
-            _DataPointBasicWrapper* const nothing = nullptr;
-            EXPECT_FALSE(client.yes(&_DIWrapper::UpdateLongTermDataPointXValue, nothing, pid, hourly.get()));
-            SAFEARRAY* none = nullptr;
-            EXPECT_EQ(client->GetShortTermDataPoints(pid, hourly.get(), stamp, stamp + 1, &none), S_OK);
-            EXPECT_EQ(none, nullptr);
-            Ptr<_DataPointBasicWrapper> blank;
-            EXPECT_EQ(client->MakeBlankDataPointWrapper(stamp + 1, blank.receive()), S_OK);
-            EXPECT_EQ(blank->put_XValueXML(hourly.get()), S_OK);
-            EXPECT_TRUE(
-                client.yes(&_DIWrapper::UpdateLongTermDataPointXValue, blank.get(), pid, hourly.get()));
-        });
-        EXPECT_EQ(site.objects, 1) << "what the client held has ended";
-        EXPECT_EQ(site.longTerm[pid][0].extra, std::wstring_view(L"<x>\0\xD83D\xDE00</x>", 10));
-        EXPECT_EQ(site.longTerm[pid][1].extra, L"1h");
-        EXPECT_EQ(home.problems(), L"");
-    }
-    EXPECT_EQ(site.objects, 0);
-}
-
-/// The engine's type library, registered as long as this object lives, as an engine's own registration leaves
-/// it.
-class EngineTypeLibrary {
-  public:
-    EngineTypeLibrary() {
-        const std::wstring path = besideProgram(VTDN_ENGINE_LIBRARY);
-        Ptr<ITypeLib> library;
-        EXPECT_EQ(LoadTypeLibEx(path.c_str(), REGKIND_REGISTER, library.receive()), S_OK);
-    }
-    ~EngineTypeLibrary() {
-        const SYSKIND kind = sizeof(void*) == 4 ? SYS_WIN32 : SYS_WIN64;
-        EXPECT_EQ(UnRegisterTypeLib(LIBID_VTDI, 1, 0, LOCALE_NEUTRAL, kind), S_OK);
-    }
-    EngineTypeLibrary(const EngineTypeLibrary&) = delete;
-    EngineTypeLibrary& operator=(const EngineTypeLibrary&) = delete;
-};
-
-TEST_F(DataPointsAcrossApartments, AWrapperTakesADataPointOfAnotherApartment) {
-    const EngineTypeLibrary registered;
-    {
-        const Client home;
-        Ptr<_DataPointBasicWrapper> point;
-        ASSERT_EQ(home->MakeBlankDataPointWrapper(stamp, point.receive()), S_OK);
-        EXPECT_EQ(point->put_XValueXML(Bstr(L"<far/>").get()), S_OK);
-        Handed<_DataPointBasicWrapper> handed(point);
-        fake::Site elsewhere;
-        elsewhere.longTerm[pid] = {{stamp, com::Variant::of(1.0), com::Variant::of(LONG{1}), L"", L""}};
-        inAnotherApartment(
-            [&] {
-                const fake::LenientServer there(elsewhere);
-                const Client client;
-                EXPECT_TRUE(client.setup());
-                const auto proxy = handed.take();
-                const Bstr hourly(L"1h");
-                EXPECT_TRUE(
-                    client.yes(&_DIWrapper::UpdateLongTermDataPointXValue, proxy.get(), pid, hourly.get()));
-            },
-            COINIT_APARTMENTTHREADED);
-        EXPECT_EQ(elsewhere.longTerm[pid][0].extra, L"<far/>");
-        EXPECT_EQ(elsewhere.objects, 0);
-    }
-    EXPECT_EQ(site.objects, 0);
-}
-
 // ---- Without registration
 
 /// The activation context of the manifest inside the library, in force as long as this object lives.
@@ -521,6 +288,26 @@ TEST_F(Registration, TheManifestInsideActivatesAnUnregisteredClass) {
                                wrapper.receiveVoid()),
               S_OK);
     use(Client(wrapper));
+}
+
+TEST_F(Registration, TheManifestInsideNamesTheMarshallerOfEveryInterface) {
+    const struct {
+        IID iid;
+        const wchar_t* name;
+    } interfaces[] = {{__uuidof(_DIWrapper), L"_DIWrapper"},
+                      {__uuidof(_DataPointBasicWrapper), L"_DataPointBasicWrapper"},
+                      {__uuidof(_OccurrenceDataWrapper), L"_OccurrenceDataWrapper"}};
+    const auto find = [](const IID& iid, ACTCTX_SECTION_KEYED_DATA& found) {
+        found = {};
+        found.cbSize = sizeof found;
+        return FindActCtxSectionGuid(0, nullptr, ACTIVATION_CONTEXT_SECTION_COM_INTERFACE_REDIRECTION, &iid,
+                                     &found);
+    };
+    ACTCTX_SECTION_KEYED_DATA found;
+    for (const auto& one : interfaces) EXPECT_FALSE(find(one.iid, found)) << "without the manifest";
+    const ManifestContext context;
+    for (const auto& one : interfaces) EXPECT_TRUE(find(one.iid, found)) << com::toUtf8(one.name);
+    EXPECT_FALSE(find(__uuidof(DIEngine), found));
 }
 
 // ---- The file itself

@@ -1,20 +1,23 @@
-// Data points as a client has them.
+// The engine's records as a client has them: data points and occurrences.
 #pragma once
 
 #include <VTWrapperDN.h>
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "com/error.h"
 #include "com/safe_array.h"
+#include "com/strings.h"
 #include "com/variant.h"
 #include "support/failure.h"
 
 namespace vtdn::test {
 
 using DataPoint = com::Ptr<_DataPointBasicWrapper>;
+using Occurrence = com::Ptr<_OccurrenceDataWrapper>;
 
 /// A property that must be readable.
 template <class I, class T>
@@ -24,29 +27,30 @@ T read(const com::Ptr<I>& object, HRESULT (STDMETHODCALLTYPE I::*property)(T*)) 
     EXPECT_EQ(got, S_OK) << takeFailure(got);
     return result;
 }
-inline com::Variant readValue(const DataPoint& point,
-                              HRESULT (STDMETHODCALLTYPE _DataPointBasicWrapper::*property)(VARIANT*)) {
+template <class I>
+com::Variant readValue(const com::Ptr<I>& object, HRESULT (STDMETHODCALLTYPE I::*property)(VARIANT*)) {
     com::Variant result;
-    const HRESULT got = (point.get()->*property)(result.receive());
+    const HRESULT got = (object.get()->*property)(result.receive());
     EXPECT_EQ(got, S_OK) << takeFailure(got);
     return result;
 }
-inline std::wstring readText(const DataPoint& point,
-                             HRESULT (STDMETHODCALLTYPE _DataPointBasicWrapper::*property)(BSTR*)) {
-    const auto text = com::Bstr::adopt(read(point, property));
+template <class I>
+std::wstring readText(const com::Ptr<I>& object, HRESULT (STDMETHODCALLTYPE I::*property)(BSTR*)) {
+    const auto text = com::Bstr::adopt(read(object, property));
     EXPECT_TRUE(text.get()) << "A null string, which managed clients tell from an empty one";
     return std::wstring(text.view());
 }
 
-/// The elements of an array of data points, which must begin at 0; each with a reference of its own.
-inline std::vector<DataPoint> elementsOf(SAFEARRAY* array) {
-    std::vector<DataPoint> all;
+/// The elements of an array of records, which must begin at 0; each with a reference of its own.
+template <class I>
+std::vector<com::Ptr<I>> elementsOf(SAFEARRAY* array) {
+    std::vector<com::Ptr<I>> all;
     EXPECT_EQ(com::bounds(array).lower, 0);
     for (IDispatch* element : com::ArrayView<IDispatch*>(array)) {
         EXPECT_TRUE(element);
-        DataPoint point;
-        com::check(element->QueryInterface(__uuidof(_DataPointBasicWrapper), point.receiveVoid()));
-        all.push_back(std::move(point));
+        com::Ptr<I> record;
+        com::check(element->QueryInterface(__uuidof(I), record.receiveVoid()));
+        all.push_back(std::move(record));
     }
     return all;
 }
