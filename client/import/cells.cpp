@@ -52,10 +52,14 @@ store::Time timeOfCell(std::string_view cell) {
     return *time;
 }
 
-void RowTimes::take(store::Time time) {
+void requireBeginning(store::Pid pid, const store::Interval& interval, store::Time time) {
     if (!interval.beginsAt(time))
         throw std::invalid_argument(store::timeText(time) + " is not on the " + interval.text() +
                                     " interval of " + store::pidText(pid));
+}
+
+void RowTimes::take(store::Time time) {
+    requireBeginning(pid, interval, time);
     if (last && *last >= time)
         throw std::invalid_argument(store::timeText(time) + " is not later than " + store::timeText(*last) +
                                     ", which " + store::pidText(pid) +

@@ -29,6 +29,9 @@ std::optional<std::int32_t> signedNumberOfCell(std::string_view cell);
 /// std::invalid_argument with the reason.
 store::Time timeOfCell(std::string_view cell);
 
+/// Throws std::invalid_argument with the reason when no interval of a parameter begins at a time.
+void requireBeginning(store::Pid pid, const store::Interval& interval, store::Time time);
+
 /// The rows of one parameter: each on its interval, and later than the one before.
 struct RowTimes {
     store::Pid pid;

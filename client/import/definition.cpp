@@ -64,8 +64,10 @@ SiteDefinition readDefinition(const SiteFolder& folder, ImportProblems& problems
     if (folder.parameterCodes) site.parameterCodes = readParameterCodes(*folder.parameterCodes, problems);
     if (folder.parameters) site.parameters = readParameters(*folder.parameters, problems);
     const KnownParameters parameters(site.parameters);
-    if (folder.specialValues)
-        site.specialValues = readSpecialValues(*folder.specialValues, parameters, problems);
+    std::vector<SpecialValueRow> specialValues;
+    if (folder.specialValues) specialValues = readSpecialValues(*folder.specialValues, parameters, problems);
+    site.occurrenceParameters = readOccurrenceParameters(site.parameters, specialValues, problems);
+    for (SpecialValueRow& row : specialValues) site.specialValues.push_back(std::move(row.entry));
     if (folder.relationships)
         site.relationships = readRelationships(*folder.relationships, parameters, problems);
     return site;

@@ -1,4 +1,4 @@
-// What a site is, from the files of its folder but those with values.
+// What a site is, from the files of its folder but those with values and occurrences.
 #pragma once
 
 #include <cstdint>
@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "client/import/occurrence_parameters.h"
 #include "client/import/problems.h"
 #include "client/import/sheet.h"
 #include "store/monitor_codes.h"
@@ -27,6 +28,7 @@ struct SiteFolder {
     std::optional<SiteFile> parameters;
     std::optional<SiteFile> specialValues;
     std::optional<SiteFile> relationships;
+    std::optional<SiteFile> occurrences;
     std::vector<SiteFile> values;  ///< in the order of their names
 
     /// Looks into a folder. Reports missing files and CSV files with other names; throws Failure
@@ -45,6 +47,7 @@ struct SiteDefinition {
     std::vector<store::Parameter> parameters;
     std::vector<store::SpecialValueEntry> specialValues;
     std::vector<store::Relationship> relationships;
+    std::vector<OccurrenceParameter> occurrenceParameters;  ///< those whose special values are in order
 };
 
 /// Reads the files and checks them against each other, by the store's own rules where it has them. Where

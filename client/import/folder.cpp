@@ -39,12 +39,12 @@ SiteFolder SiteFolder::look(const fs::path& folder, ImportProblems& problems) {
         throw Failure(ExitCode::environment, "There is no folder " + store::utf8Of(folder) + ".",
                       "Give the folder that holds parameters.csv; docs/site-files.md describes it.");
     SiteFolder found;
-    constexpr std::array<std::string_view, 7> names{
+    constexpr std::array<std::string_view, 8> names{
         "site.csv",       "units.csv",          "monitor_codes.csv", "parameter_codes.csv",
-        "parameters.csv", "special_values.csv", "relationships.csv"};
+        "parameters.csv", "special_values.csv", "relationships.csv", "occurrences.csv"};
     const std::array<std::optional<SiteFile>*, names.size()> places{
-        &found.site,       &found.units,         &found.monitorCodes, &found.parameterCodes,
-        &found.parameters, &found.specialValues, &found.relationships};
+        &found.site,       &found.units,         &found.monitorCodes,  &found.parameterCodes,
+        &found.parameters, &found.specialValues, &found.relationships, &found.occurrences};
     for (SiteFile& file : csvFiles(folder, {})) {
         const auto name = std::find(names.begin(), names.end(), file.name);
         if (name != names.end()) {

@@ -18,6 +18,11 @@ class KnownParameters {
     /// The parameter that a cell names; null when there is none, which is reported then.
     const store::Parameter* named(Table& table, std::size_t column) const;
     [[nodiscard]] const store::Parameter& at(store::Pid pid) const { return *byPid_.at(pid); }
+    /// Null when there is none.
+    [[nodiscard]] const store::Parameter* find(store::Pid pid) const {
+        const auto found = byPid_.find(pid);
+        return found == byPid_.end() ? nullptr : found->second;
+    }
 
   private:
     std::map<store::Pid, const store::Parameter*> byPid_;

@@ -166,11 +166,14 @@ class ParameterReader {
                 needEmpty({valueColumn}, "calculated");
                 break;
             case store::ParameterKind::occurrence:
-                refuse(ioTypeColumn, "the I/O type 31 is kept for occurrences and cannot be imported");
-                break;
+                needEmpty({valueColumn, aggregationColumn, formulaColumn, usesColumn, rollUpColumn},
+                          "occurrence");
+                return;
         }
         if (p.interval.empty())
-            refuse(intervalColumn, "the interval is missing; it is needed for all but constants");
+            refuse(intervalColumn,
+                   "the interval is missing; it is needed for all but constants and "
+                   "occurrence parameters");
     }
 
     void readConstant(store::Parameter& p) {

@@ -82,26 +82,27 @@ SpecialValue valueOf(Table& table) {
 
 }  // namespace
 
-std::vector<store::SpecialValueEntry> readSpecialValues(const SiteFile& file,
-                                                        const KnownParameters& parameters,
-                                                        ImportProblems& problems) {
-    std::vector<store::SpecialValueEntry> entries;
+std::vector<SpecialValueRow> readSpecialValues(const SiteFile& file, const KnownParameters& parameters,
+                                               ImportProblems& problems) {
+    std::vector<SpecialValueRow> rows;
     std::map<std::pair<store::Pid, std::int32_t>, std::size_t> lines;
     Table table(file, columns, problems);
     while (table.next()) {
         const store::Parameter* const parameter = parameters.named(table, pidColumn);
         const auto id = integerIn(table, idColumn, "id");
+        const std::size_t problemsBefore = problems.list().size();
         SpecialValue value = valueOf(table);
+        const bool good = problems.list().size() == problemsBefore;
         if (!parameter || !id) continue;
         const auto [first, isNew] = lines.emplace(std::pair(parameter->pid, *id), table.line());
         if (isNew)
-            entries.push_back({parameter->pid, *id, std::move(value)});
+            rows.push_back({{parameter->pid, *id, std::move(value)}, table.line(), good});
         else
             table.problem(idColumn, "the special value " + std::to_string(*id) + " of " +
                                         store::pidText(parameter->pid) + " is on line " +
                                         std::to_string(first->second) + " already");
     }
-    return entries;
+    return rows;
 }
 
 }  // namespace vtdn::client

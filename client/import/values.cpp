@@ -74,7 +74,8 @@ class ValueFileReader {
         if (notStored_.contains(pid))
             throw CellProblem{
                 column,
-                store::pidText(pid) + " is a constant or calculated parameter, and has no values of its own"};
+                store::pidText(pid) +
+                    " is a constant, calculated or occurrence parameter, and has no values of its own"};
         const auto found = indexOf_.find(pid);
         if (found == indexOf_.end())
             throw CellProblem{column, "parameters.csv has no parameter " + store::pidText(pid)};

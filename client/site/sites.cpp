@@ -5,6 +5,7 @@
 
 #include "client/cli/failure.h"
 #include "client/import/definition.h"
+#include "client/import/occurrences.h"
 #include "client/import/values.h"
 #include "store/connection.h"
 #include "store/error.h"
@@ -152,6 +153,19 @@ class Importer {
             done += bytes;
             if (request_.progress) request_.progress(done, total);
         });
+        readOccurrencesInto(load);
+    }
+
+    void readOccurrencesInto(store::Load* load) {
+        if (!files_.occurrences) return;
+        const store::EditOrigin origin{request_.editTime, "import", request_.editUser};
+        for (const OccurrenceRun& run : readOccurrences(*files_.occurrences, site_, problems_)) {
+            result_.occurrences += static_cast<std::size_t>(run.span.count);
+            if (!load || !problems_.none()) continue;
+            for (std::int32_t i = 0; i < run.span.count; ++i)
+                load->writeOccurrence(run.tag, run.span.interval.step(run.span.start, i), run.occurrence,
+                                      origin);
+        }
     }
 
     /// Whether all was loaded, so that it counts.

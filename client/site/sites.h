@@ -12,6 +12,7 @@
 
 #include "client/import/problems.h"
 #include "store/directory.h"
+#include "store/time.h"
 
 namespace vtdn::client {
 
@@ -32,6 +33,8 @@ struct ImportRequest {
     bool update = false;                 ///< load into a site that has parameters already
     bool checkOnly = false;              ///< read and check everything, change nothing
     std::size_t problemLimit = 20;       ///< reading ends after this many
+    std::string editUser;                ///< who the edit log says wrote the occurrences
+    store::Time editTime = 0;            ///< when it says so, local standard time
     /// Told how many bytes of how many were read.
     std::function<void(std::uintmax_t, std::uintmax_t)> progress;
 };
@@ -43,7 +46,8 @@ struct ImportResult {
     store::Dahs dahs;                     ///< not set by a mere check
     std::size_t parameters = 0;
     std::size_t monitorCodes = 0;
-    std::size_t values = 0;  ///< intervals with a value or a monitor code
+    std::size_t values = 0;       ///< intervals with a value or a monitor code
+    std::size_t occurrences = 0;  ///< intervals with an excursion, a downtime or both
 };
 
 /// Loads a folder of site files, all or nothing. A new site is built in a folder of its own and listed in the

@@ -14,7 +14,7 @@ HERE = Path(__file__).resolve().parent
 sys.path.insert(0, str(HERE))
 sys.dont_write_bytecode = True
 
-from demo_maker import figures, provenance, sites, writer  # noqa: E402
+from demo_maker import figures, occurrences, provenance, sites, sources, writer  # noqa: E402
 
 
 def make(folder):
@@ -23,6 +23,10 @@ def make(folder):
     for site in sites.all_sites():
         files.update({f"{site.folder}/{name}": text for name, text in writer.site_files(site).items()})
         files[f"expected/{site.folder}-monthly.csv"] = writer.csv_text(("pid", "time", "value"), figures.monthly_rows(site))
+        if site.occurrences:
+            months = occurrences.monthly(site.occurrences, sources.hours(site.hourly_file))
+            files[f"expected/{site.folder}-occurrences.csv"] = writer.csv_text(
+                ("pid", "month", "category", "excludable", "runs", "hours"), months)
     for name, text in files.items():
         path = folder / name
         path.parent.mkdir(parents=True, exist_ok=True)

@@ -1,6 +1,6 @@
 """Writes PROVENANCE.md: where every file, column and parameter of the demo sites comes from."""
 
-from . import codes, figures, sites, sources, writer
+from . import codes, figures, occurrences, sites, sources, writer
 from .pids import CALCULATED, DERIVED, origin_of
 
 HEAD = """# Where the demo data comes from
@@ -10,7 +10,8 @@ rule that stands beside it; *calculated* means not stored at all but computed by
 Dates and times are those of the source: 2007, local standard time. Nothing was shifted.
 
 In the data itself, too, what is derived says so: parameters made here have 1 in field D of their PID and a description that begins
-with "Derived:", their files have `derived` in the name, and their values carry monitor code 110 "Derived".
+with "Derived:", their files of values have `derived` in the name, and their values carry monitor code 110 "Derived". The reason of every
+occurrence begins with "Derived", too.
 Field D is 2 for calculated parameters ("Calculated:"), 0 for what was found.
 
 ## Files
@@ -29,13 +30,16 @@ Field D is 2 for calculated parameters ("Calculated:"), 0 for what was found.
 | `*/relationships.csv` | all | written for the demo: which parameters of this list are minutes, hours and days of one quantity |
 | `*/parameters.csv` | pid, interval, io_type, format, uses, formula, aggregation, roll_up, type | written for the demo |
 | | name, units | written for the demo after the code tables: units of SO2 mass, NOx rate and NOx mass as the tables have them |
-| | value | constants, as found in the monitoring plan in effect throughout 2007; see the list below |
+| | value | constants, as found in the monitoring plan in effect throughout 2007, the NOx rate limit in the rule that it names; see the list below |
+| `*/occurrences.csv` | category | wording as found, which one derived, see below |
+| | all others | derived, see below |
 | `*/values/hourly-2007.csv` | time | as found, written as date and time |
 | | a PID | as found. `-9` (no value) became an empty field; `.263` became `0.263`; idle zeros behind the last digit went |
 | | a PID with ` mc` | derived from the how-determined flags, see below |
 | `barry5/values/minute-2007-04-derived.csv` | all | derived, see below |
 | `barry5/values/status-2007-derived.csv` | all | derived: "operating" (OPTIME 1), "part hour" (between 0 and 1), "off" (0), at each change and after the gap |
-| `expected/*.csv` | all | calculated here, in exact arithmetic: what an engine has to give for the monthly parameters |
+| `expected/*-monthly.csv` | all | calculated here, in exact arithmetic: what an engine has to give for the monthly parameters |
+| `expected/*-occurrences.csv` | all | calculated here: rows of `occurrences.csv` that begin in a month, and hours with an occurrence in it |
 
 ## Monitor codes from flags
 
@@ -73,10 +77,55 @@ flow monitors, 2.1.2 there; type 45 for the quarterly linearity check of gas ana
 | -117 | parameters of type 3 | true for interference checks | |
 | -114, -118 | parameters of type 3 | false | nothing in the plans that they could stand for |
 | -32 | parameters of type 45 | 1; 0 for analyzers that were replaced in 2007 | as -25 |
-| 1001 | all but constants | the unit's operating time | the operating time itself has none |
+| -3, -13, -21 | occurrence parameters | 3 for excursions, 4 for downtimes; 3600; the NOx rate | written for the demo: type, interval in seconds and tag of the occurrences |
+| 1001 | all but constants and occurrence parameters | the unit's operating time | the operating time itself has none |
 | 1002 | hourly values whose codes come from flags | {0} | codes of the class measured in the code table, those left out whose wording there is unverified; with the demo's own 101 measured and 102 calculated |
+| 1003 | the occurrence parameter of excursions | the NOx rate limit | written for the demo |
 
 """
+OCCURRENCES = """## Occurrences
+
+Real records of excess emissions and monitor downtimes of these plants were not found in public. What `occurrences.csv` of Barry 5 holds
+is derived from the hourly data; it says what such records could look like and nothing else about the plant. Causes are those of the
+summary form of 40 CFR 60.7(d), in its words. Which action was taken is not known and stays empty.
+
+**Downtimes of the NOx rate monitors**: the {downtimes} hours with flag 3 or 4, in {downtime_rows} rows. Hours that were substituted in part only (flag 4) are
+included: the unit has two stacks with a monitoring system each, and an hour of measured and substitute data is one that the monitors
+did not cover in full. Other parameters have none: heat input of both units is flagged as measured in every hour; SO2 and NOx mass are flagged
+as calculated, whatever went into them; gross load and operating time have no flag; and flag 98 of Smith SCT1 says nothing about
+monitors, of which that unit had none in 2007. The cause is always "{unknown}", since substitute data does not tell why it was
+needed, and none is excludable.
+
+**Excursions of the NOx rate**: the {excursions} hours of measured data above {value} {units}, in {excursion_rows} rows. The limit is that of {rule}, for
+{of}. It holds for the {average} average, over which a single hour decides nothing, and the files
+here do not say how this unit is fired or what its permit says: **comparing hours with it is for demonstration only and
+says nothing about compliance.** Substitute data is no measurement and is left out; none of it is above the limit. SO2 has no
+excursions because what is stored is its mass, which the rules known here do not limit by the hour; Smith SCT1 has none because the
+limits known here for its kind are concentrations, which are not in the data.
+
+- Cause "{startup}", {startups} hours: those from the first operating hour after one without operation until the gross load reaches
+  the lower boundary of operation (5-904-0-00-00), and hours after which the unit does not operate. All others have "{unknown}".
+- Excludable are those with the cause "{startup}", after 40 CFR 60.8(c) as of 2007: emissions above a limit during start-up
+  and shutdown are no violation unless a standard says otherwise. That rule belongs to another part than the limit; it is borrowed
+  for the demo. All others are counted.
+
+"""
+
+
+def occurrence_text(site):
+    hours = sources.hours(site.hourly_file)
+    hourly, rows = list(occurrences.hourly(site.occurrences, hours)), occurrences.runs(site.occurrences, hours)
+    excursion, downtime, limit = site.occurrences.excursion, site.occurrences.downtime, site.occurrences.limit
+
+    def count(of, pid):
+        return sum(o.pid == pid for o in of)
+    startup = sources.cause(occurrences.EXCURSIONS, occurrences.STARTUP_SHUTDOWN)
+    return OCCURRENCES.format(
+        downtimes=count(hourly, downtime), downtime_rows=count(rows, downtime), excursions=count(hourly, excursion),
+        excursion_rows=count(rows, excursion), startups=sum(o.category == startup for o in hourly), startup=startup,
+        unknown=sources.cause(occurrences.EXCURSIONS, occurrences.UNKNOWN), value=limit["value"], units=limit["units"],
+        rule=limit["rule"], average=limit["average"], of=limit["for"])
+
 
 MINUTES = """## Minute values
 
@@ -130,6 +179,7 @@ def text():
     barry, smith = sites.all_sites()
     first, last = writer.MINUTE_DAYS
     minutes = writer.minute_text(barry, sources.hours(barry.hourly_file)).count("\n") - 1
-    body = (HEAD + SPECIAL_VALUES.format(", ".join(map(str, codes.available()))) + MINUTES.format(first, last, f"{minutes:,}", writer.SEED) + agreement_table()
+    body = (HEAD + SPECIAL_VALUES.format(", ".join(map(str, codes.available()))) + occurrence_text(barry)
+            + MINUTES.format(first, last, f"{minutes:,}", writer.SEED) + agreement_table()
             + parameter_table(barry) + parameter_table(smith))
     return body.rstrip("\n") + "\n"

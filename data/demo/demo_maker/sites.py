@@ -1,31 +1,36 @@
 """The two demo sites: their parameters, constants and calculations, as tables."""
 
 from collections import namedtuple
+from fractions import Fraction
 
-from . import codes, sources
+from . import codes, occurrences, sources
 from .pids import (CALCULATED, DAY, DERIVED, FOUND, HOUR, INTERVALS, MINUTE, MONTH, NO_TIME, QUARTER_HOUR, display, number_form)
 
 # I/O types of docs/site-files.md. Constants that stand in a monitoring plan have 34, others 4; calculated ones have 10.
-DATABASE, CONSTANT, PLAN_CONSTANT, CALCULATION = 38, 4, 34, 10
+DATABASE, CONSTANT, PLAN_CONSTANT, CALCULATION, OCCURRENCE = 38, 4, 34, 10, 31
 
 # Parameter types, and the numbers of special values that the embedded engine and its clients know.
 CALIBRATED, LINEARITY = 3, 45
 REPORTS, PROGRAM, LEFT_OUT, IS_LINEARITY, ORIS_CODE, UNIT_ID = -17, -22, -25, -32, -95, -97
 KEPT_OUT_114, INTERFERENCE, KEPT_OUT_118 = -114, -117, -118
-OPERATING_TIME_PID, AVAILABLE_CODES = 1001, 1002
+OPERATING_TIME_PID, AVAILABLE_CODES, LIMIT_PID = 1001, 1002, 1003
+OCCURRENCE_TYPE, OCCURRENCE_SECONDS, OCCURRENCE_TAG = -3, -13, -21
+EXCURSION_TYPE, DOWNTIME_TYPE = 3, 4
 
 # Field B of the PIDs: the quantity.
 UNIT = 1
 OPERATING_TIME, STATUS, LOAD, LOAD_PERCENT, HEAT, HEAT_PERCENT = 10, 15, 20, 21, 30, 31
 SO2_MASS, SO2_RATE, NOX_RATE, NOX_MASS, NOX_DIFFERENCE = 40, 41, 50, 51, 52
+NOX_RATE_EXCURSIONS, NOX_RATE_DOWNTIMES = 53, 54
 CAPACITY, MAX_LOAD, UPPER_LOAD, LOWER_LOAD, NAMEPLATE = 901, 902, 903, 904, 905
 SPANS, NOX_DEFAULT, DILUENT_CAP, SO2_DEFAULT, NOX_PPM_DEFAULT = 910, 920, 921, 922, 923
-POUNDS_PER_TON = 990
+NOX_LIMIT, POUNDS_PER_TON = 930, 990
 ANALYZERS = {"SO2": 110, "NOX": 111, "CO2": 112, "O2": 113, "FLOW": 114, "OP": 115}
 INTERFERENCE_CHECK = 116
 LINEARITY_CHECKS = {"SO2": 120, "NOX": 121, "CO2": 122, "O2": 123}
 
-Site = namedtuple("Site", "folder plant facts hourly_file plan parameters columns minutes status_pid special_values relationships")
+Site = namedtuple("Site", "folder plant facts hourly_file plan parameters columns minutes status_pid special_values relationships "
+                          "occurrences")
 Minutes = namedtuple("Minutes", "pid column decimals per_hour_total")
 
 COLUMNS = ("pid", "name", "description", "units", "format", "interval", "io_type", "value", "aggregation", "formula", "uses",
@@ -133,11 +138,30 @@ class Builder:
         operating_time = self.pid(OPERATING_TIME, HOUR, FOUND)
         coded = {self.pid(quantity, HOUR, FOUND) for _, quantity, _, _, _, planned, *_ in HOURLY if planned}
         for p in self.parameters:
-            if p.io_type in (CONSTANT, PLAN_CONSTANT) or p.pid == operating_time:
+            if p.io_type in (CONSTANT, PLAN_CONSTANT, OCCURRENCE) or p.pid == operating_time:
                 continue
             self.special(p.pid, OPERATING_TIME_PID, number_form(operating_time))
             if p.pid in coded:
                 self.special(p.pid, AVAILABLE_CODES, ",".join(map(str, codes.available())))
+
+    def occurrences(self, column, quantity, name, limit, excursions, downtimes, lower_load):
+        """A limit of an hourly quantity, and the two parameters that its excursions and the downtimes of its monitors are recorded
+        for."""
+        constant = self.constant(NOX_LIMIT, f"{name} limit", limit["units"], limit["value"], limit["rule"],
+                                 f"{limit['rule']}: limit for the {limit['average']} average, of {limit['for']}; what this unit's "
+                                 "permit says is not in the sources", io_type=CONSTANT)
+        tag = self.pid(quantity, HOUR, FOUND)
+        made = []
+        for field, what, how, kind in (
+                (excursions, "excursions", f"hours with measured data above {constant}", EXCURSION_TYPE),
+                (downtimes, "monitor downtimes", "hours with substitute data, in whole or in part", DOWNTIME_TYPE)):
+            pid = self._add(self.pid(field, NO_TIME, DERIVED), f"{name}, {what}", f"Derived: {how}", "", "", OCCURRENCE,
+                            f"derived: {how}")
+            for number, value in ((OCCURRENCE_TAG, number_form(tag)), (OCCURRENCE_TYPE, kind), (OCCURRENCE_SECONDS, 3600)):
+                self.special(pid, number, value)
+            made.append(pid)
+        self.special(made[0], LIMIT_PID, number_form(constant))
+        return occurrences.Derivation(column, *made, limit, Fraction(lower_load))
 
     def nameplate(self, plant, unit):
         self.constant(NAMEPLATE, "Nameplate capacity", "MW", sources.nameplate(plant, unit), "list of facilities and units",
@@ -220,11 +244,13 @@ def barry5():
     b.common_calculations()
     b.identity("3", "5")
     b.analyzers(plan.analyzers(), "no values of it were found in public")
+    derivation = b.occurrences("NOXRATE", NOX_RATE, "NOx rate", sources.emission_limit("NOXR"), NOX_RATE_EXCURSIONS,
+                               NOX_RATE_DOWNTIMES, plan.load_limits()[2])
     b.operation()
     facts = (("dahs_id", "1"), ("site_id", "BARRY5"), ("description", "Barry unit 5"),
              ("complete_name", "Barry (ORIS 3), Alabama, unit 5: hourly emissions of 2007, July and August absent"))
     return Site("barry5", "3", facts, b.hourly_file, plan, tuple(b.parameters), columns_of(b), minutes, status,
-                tuple(b.special_values), tuple(b.relationships))
+                tuple(b.special_values), tuple(b.relationships), derivation)
 
 
 def smith_sct1():
@@ -249,7 +275,7 @@ def smith_sct1():
              ("complete_name", "Smith Generating Facility (ORIS 54), Kentucky, combustion turbine SCT1: hourly emissions of 2007, "
                                "January to April and October to December"))
     return Site("smith-sct1", "54", facts, b.hourly_file, plan, tuple(b.parameters), columns_of(b), (), None,
-                tuple(b.special_values), tuple(b.relationships))
+                tuple(b.special_values), tuple(b.relationships), None)
 
 
 def all_sites():

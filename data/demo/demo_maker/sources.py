@@ -70,6 +70,18 @@ def unit_in_text(table, code):
     return code_text(table, code).split("(")[1].split(")")[0]
 
 
+def cause(section, item):
+    """Cause of the summary form of 40 CFR 60.7(d), in its words."""
+    row = the_only((r for r in read_csv("summary_form_causes.csv") if (r["section"], r["item"]) == (section, item)),
+                   f"cause {section} {item}")
+    return row["cause"]
+
+
+def emission_limit(parameter):
+    """The limit of a quantity, with the rule that it stands in and the average that it holds for."""
+    return the_only((r for r in read_csv("emission_limits.csv") if r["parameter"] == parameter), f"limit {parameter}")
+
+
 def parameter_codes():
     """Code and description of the tables of monitoring-plan and formula parameters, in their order."""
     return [(row["code"], row["description"]) for row in read_csv("code_tables.csv")

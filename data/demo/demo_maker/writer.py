@@ -3,7 +3,7 @@
 import csv
 import io
 
-from . import codes, minutes, sites, sources
+from . import codes, minutes, occurrences, sites, sources
 
 MINUTE_DAYS = ("2007-04-05", "2007-04-11")  # a week with a shut-down, part hours and substitute data
 SEED = 20070405
@@ -86,4 +86,6 @@ def site_files(site):
         files["values/minute-2007-04-derived.csv"] = minute_text(site, hours)
     if site.status_pid:
         files["values/status-2007-derived.csv"] = status_text(site, hours)
+    if site.occurrences:
+        files["occurrences.csv"] = csv_text(occurrences.COLUMNS, occurrences.runs(site.occurrences, hours))
     return files

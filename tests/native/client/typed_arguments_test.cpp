@@ -5,30 +5,10 @@
 #include <array>
 
 #include "client/verbs/params_selection.h"
+#include "usage.h"
 
 namespace vtdn::client {
 namespace {
-
-using Options = std::initializer_list<std::pair<const char*, const char*>>;
-
-Arguments argumentsOf(Options options) {
-    Arguments arguments;
-    for (const auto& [name, value] : options) arguments.addOption(name, value);
-    return arguments;
-}
-
-/// The sentence of a usage failure, which there has to be.
-template <class Call>
-std::string refusalOf(Call call) {
-    try {
-        call();
-    } catch (const Failure& failure) {
-        EXPECT_EQ(failure.code(), ExitCode::usage);
-        EXPECT_FALSE(failure.next().empty()) << failure.what();
-        return std::string(failure.what()) + " " + failure.next();
-    }
-    return "accepted";
-}
 
 TEST(FunctionArgument, IsWhatItLooksLike) {
     EXPECT_EQ(functionArgument("2007-01-08"),

@@ -2,6 +2,7 @@
 """Tests of the demo sites and of docs/site-files.md. The last line is "N passed, N failed"."""
 
 import csv
+import datetime
 import json
 import shutil
 import subprocess
@@ -18,7 +19,7 @@ ROOT = HERE.parents[2]
 DEMO = ROOT / "data" / "demo"
 sys.path.insert(0, str(HERE))
 
-from site_files import DATABASE, Refused, Site, pid_number, time_of  # noqa: E402
+from site_files import DATABASE, OCCURRENCE, Refused, Site, pid_number, time_of  # noqa: E402
 
 OFF, DERIVED = 100, 110
 DERIVED_FIELD, CALCULATED_FIELD = 1, 2
@@ -64,6 +65,18 @@ class TheFormat(unittest.TestCase):
         self.assertEqual(values, {-22: "40CFR75", -25: False, 1001: -5, 0: -0.0025, 7: None})
         self.assertEqual(site.related[pid], {pid, pid_number("1-030-4-02-00")})
 
+    def test_an_excursion_and_a_downtime_of_one_interval_are_one_occurrence(self):
+        site = self.read(self.cases["good"])
+        self.assertEqual(set(site.occurrences), {pid_number("1-050-3-00-00")})
+        excursion, downtime, limit = (pid_number(f"1-{b}-0-{d}-00") for b, d in (("053", "01"), ("054", "01"), ("905", "00")))
+        start, down = (excursion, "Startup/shutdown", "Start, cold", "", True, "0.2", limit), (downtime, "Unknown causes", "", "Called", False)
+        other, plain = (excursion, "", "", "", False, "0.3 lb/mmBtu", 0), (excursion, "", "", "", False, "0.2", limit)
+        expected = {"2023-12-31 22:00": (plain, None), "2023-12-31 23:00": (plain, None), "2024-01-01 00:00": (start, None),
+                    "2024-01-01 01:00": (start, None), "2024-01-01 02:00": (start, down), "2024-01-01 03:00": (None, down),
+                    "2024-01-01 04:00": (other, None)}
+        found = site.occurrences[pid_number("1-050-3-00-00")]
+        self.assertEqual({time: tuple(parts) for time, parts in found.items()}, {time_of(t): parts for t, parts in expected.items()})
+
     def test_a_byte_order_mark_and_line_ends_of_either_kind_are_read(self):
         files = {name: b"\xef\xbb\xbf" + text.replace("\n", "\r\n").encode() for name, text in self.cases["good"].items()}
         self.assertEqual(self.read(files).values, self.read(self.cases["good"]).values)
@@ -90,10 +103,11 @@ class TheFormat(unittest.TestCase):
         names = [before.rsplit("`", 2)[1] for before in blocks[:-1]]
         files = dict(zip(names, (block.split("```")[0] for block in blocks[1:])))
         self.assertEqual(set(files), {"site.csv", "monitor_codes.csv", "parameters.csv", "values/2024-01.csv", "units.csv",
-                                      "special_values.csv", "relationships.csv"})
+                                      "special_values.csv", "relationships.csv", "occurrences.csv"})
         site = self.read(files)
         self.assertEqual(sum(map(len, site.values.values())), 12)
-        self.assertEqual((len(site.units), len(site.special_values), len(site.related)), (1, 2, 4))
+        self.assertEqual((len(site.units), len(site.special_values), len(site.related)), (1, 9, 4))
+        self.assertEqual([len(at) for at in site.occurrences.values()], [1])
 
 
 class TheDemoSites(unittest.TestCase):
@@ -237,10 +251,10 @@ class TheDemoSites(unittest.TestCase):
                 self.assertEqual(listed[plant, other_unit], facility)
         self.assertEqual((sorted(self.barry.units), sorted(self.smith.units)), ([1, 2, 3, 4, 5], [1, 2, 3, 4, 5, 6, 7]))
 
-    def test_every_parameter_but_constants_has_the_operating_time_of_its_unit(self):
+    def test_every_parameter_with_values_has_the_operating_time_of_its_unit(self):
         for site, unit in ((self.barry, 5), (self.smith, 1)):
             time = pid_number(f"{unit}-010-3-00-00")
-            expected = {pid: time for pid, p in site.parameters.items() if p.io_type not in (4, 34) and pid != time}
+            expected = {pid: time for pid, p in site.parameters.items() if p.io_type not in (4, 34, OCCURRENCE) and pid != time}
             self.assertEqual({pid: v for (pid, i), v in site.special_values.items() if i == 1001}, expected)
             self.assertEqual((site.parameters[time].units, site.parameters[time].interval.seconds), ("hr", 3600))
 
@@ -299,6 +313,85 @@ class TheDemoSites(unittest.TestCase):
                          if v.value is not None and (v.time.year, v.time.month) == (month.year, month.month)]
                 self.assertEqual(float(row["value"]), float(take[parameter.aggregation](hours)), row)
 
+    def parts(self, site, kind):
+        """(time, part) of the excursions (0) or downtimes (1) of a site, in order of time."""
+        return sorted((time, parts[kind]) for at in site.occurrences.values() for time, parts in at.items() if parts[kind])
+
+    def barry_hours(self):
+        """(time, row) of every hour of the source."""
+        for row in self.hourly[self.barry]:
+            day = row["YYMMDD"]
+            yield time_of(f"20{day[:2]}-{day[2:4]}-{day[4:]} {int(row['HOUR']):02d}:00"), row
+
+    def test_downtimes_are_exactly_the_hours_with_substitute_data(self):
+        hours = {time: row["NOXRMEASURE"] for time, row in self.barry_hours() if row["NOXRMEASURE"] in ("3", "4")}
+        found = self.parts(self.barry, 1)
+        self.assertEqual([(time, part.pid, part.category, part.action, part.excludable) for time, part in found],
+                         [(time, pid_number("5-054-0-01-00"), "Unknown causes", "", False) for time in sorted(hours)])
+        self.assertTrue(all(f"flag {hours[time]}: " in part.reason for time, part in found))
+        codes = {v.time: v.mc for v in self.hour_series(self.barry, "050")}
+        self.assertEqual({time for time, code in codes.items() if code in (103, 104)}, {time for time, _ in found})
+        # Nothing else that is stored has substitute data.
+        for site in self.hourly:
+            coded = {pid for pid, values in site.values.items() if any(v.mc in (103, 104) for v in values)}
+            self.assertEqual(coded, {pid_number("5-050-3-00-00")} if site is self.barry else set())
+        self.assertEqual(self.smith.occurrences, {})
+
+    def test_excursions_are_exactly_the_measured_hours_over_the_limit(self):
+        limit = pid_number("5-930-0-00-00")
+        self.assertEqual((self.barry.parameters[limit].value, self.barry.parameters[limit].units), (0.4, "lb/mmBtu"))
+        self.assertEqual([r["value"] for r in source("emission_limits.csv")], ["0.40"])
+        over = [time for time, row in self.barry_hours() if row["NOXRMEASURE"] == "1" and Fraction(row["NOXRATE"]) > Fraction("0.4")]
+        found = self.parts(self.barry, 0)
+        self.assertEqual([time for time, _ in found], over)
+        self.assertEqual({(p.pid, p.limit, p.limit_pid, p.action) for _, p in found},
+                         {(pid_number("5-053-0-01-00"), "0.4 lb/mmBtu", limit, "")})
+        substituted = [row["NOXRATE"] for _, row in self.barry_hours() if row["NOXRMEASURE"] in ("3", "4")]
+        self.assertLessEqual(max(map(Fraction, substituted)), Fraction("0.4"))
+
+    def test_excursions_of_a_start_are_told_from_operating_time_and_load(self):
+        load, operated = {}, {}
+        for time, row in self.barry_hours():
+            load[time], operated[time] = float(row["GLOAD"]), float(row["OPTIME"]) > 0
+        hour = datetime.timedelta(hours=1)
+        lower = self.barry.parameters[pid_number("5-904-0-00-00")].value
+
+        def is_start(time):
+            while operated.get(time) and load[time] < lower:
+                time -= hour
+            return operated.get(time) is False
+
+        found = self.parts(self.barry, 0)
+        startups = [time for time, part in found if is_start(time) or operated.get(time + hour) is False]
+        self.assertEqual([time for time, part in found if part.category == "Startup/shutdown"], startups)
+        self.assertEqual([time for time, part in found if part.excludable], startups)
+        self.assertEqual({part.category for _, part in found} - {"Startup/shutdown"}, {"Unknown causes"})
+        self.assertEqual((len(startups), len(found)), (7, 86))
+
+    def test_causes_are_those_of_the_summary_form(self):
+        causes = {section: {r["cause"] for r in source("summary_form_causes.csv") if r["section"] == section}
+                  for section in ("emission data summary", "CMS performance summary")}
+        self.assertEqual([len(c) for c in causes.values()], [5, 5])
+        for kind, known in enumerate(causes.values()):
+            self.assertLessEqual({part.category for _, part in self.parts(self.barry, kind)}, known)
+
+    def test_expected_occurrences_follow_from_the_hours(self):
+        expected = []
+        for kind in (0, 1):
+            found = self.parts(self.barry, kind)
+            hours, runs = Counter(), Counter()
+            for at, (time, part) in enumerate(found):
+                key = (part.pid, f"{time:%Y-%m}-01 00:00", part.category, str(int(part.excludable)))
+                hours[key] += 1
+                runs[key] += at == 0 or found[at - 1] != (time - datetime.timedelta(hours=1), part)
+            expected += [(*key, str(runs[key]), str(hours[key])) for key in sorted(hours)]
+        with open(DEMO / "expected" / "barry5-occurrences.csv", newline="", encoding="utf-8") as file:
+            rows = [(pid_number(row["pid"]), *list(row.values())[1:]) for row in csv.DictReader(file)]
+        self.assertEqual(rows, expected)
+        # One row for each run, so that the file stays small.
+        lines = (DEMO / "barry5" / "occurrences.csv").read_text(encoding="utf-8").splitlines()
+        self.assertEqual(len(lines) - 1, sum(int(row[-2]) for row in rows))
+
     def test_everything_derived_says_so(self):
         provenance = (DEMO / "PROVENANCE.md").read_text(encoding="utf-8")
         for site in self.hourly:
@@ -307,12 +400,15 @@ class TheDemoSites(unittest.TestCase):
                 self.assertEqual(field_d(pid) == CALCULATED_FIELD, p.description.startswith("Calculated:"), p.name)
                 self.assertEqual(field_d(pid) == CALCULATED_FIELD, bool(p.uses), p.name)
                 if field_d(pid) == DERIVED_FIELD:
-                    self.assertTrue(all(v.mc == DERIVED for v in site.values[pid] if v.value is not None), p.name)
+                    self.assertTrue(all(v.mc == DERIVED for v in site.values.get(pid, ()) if v.value is not None), p.name)
                     self.assertIn(f"| {p.name} | derived: ", provenance)
             for path in (site.folder / "values").iterdir():
                 first_cells = path.read_text(encoding="utf-8").replace("\n", ",").split(",")[:20]
                 derived = {field_d(pid_number(cell)) == DERIVED_FIELD for cell in first_cells if pid_number(cell)}
                 self.assertEqual(derived, {"derived" in path.name}, path.name)
+            for part in (part for at in site.occurrences.values() for pair in at.values() for part in pair if part):
+                self.assertEqual(field_d(part.pid), DERIVED_FIELD)
+                self.assertTrue(part.reason.startswith("Derived"), part)
             for code, row in site.codes.items():
                 self.assertEqual(code >= OFF, row["long_name"].startswith("Derived"), row)
 

@@ -12,7 +12,9 @@ UNIT_SECONDS = {"s": 1, "m": 60, "h": 3600, "d": 86400}
 DAY = 86400
 EPOCH = datetime.datetime(1899, 12, 30)
 FILES = ("site.csv", "units.csv", "monitor_codes.csv", "parameter_codes.csv", "parameters.csv", "special_values.csv",
-         "relationships.csv")
+         "relationships.csv", "occurrences.csv")
+MOST_INTERVALS = 2_000_000
+TYPE, SECONDS, TAG, LIMIT = -3, -13, -21, 1003  # special values of an occurrence parameter
 
 NUMBER = re.compile(r"[+-]?(\d+\.?\d*|\.\d+)([eE][+-]?\d+)?", re.ASCII)
 LIKE_A_NUMBER = re.compile(r"[+-]?\.?\d", re.ASCII)
@@ -25,6 +27,8 @@ FORMULA_TOKEN = re.compile(r"\s*(\[[^\]]*\]|(?:\d+\.?\d*|\.\d+)(?:[eE][+-]?\d+)?
 Parameter = namedtuple("Parameter", "pid name description units interval io_type value aggregation formula uses roll_up type line")
 Value = namedtuple("Value", "time value mc")
 Interval = namedtuple("Interval", "seconds months")
+Excursion = namedtuple("Excursion", "pid category reason action excludable limit limit_pid")
+Downtime = namedtuple("Downtime", "pid category reason action excludable")
 
 
 class Refused(Exception):
@@ -245,6 +249,8 @@ class Site:
         self.values = {pid: [] for pid, p in self.parameters.items() if p.io_type == DATABASE}
         for path in sorted(folder.glob("values/*.csv")):
             self._read_values(f"values/{path.name}")
+        self._check_occurrence_parameters()
+        self.occurrences = self._occurrences()
 
     def _facts(self):
         facts = {}
@@ -281,7 +287,7 @@ class Site:
 
     def _special_values(self):
         """(PID, id) -> value."""
-        file, values = "special_values.csv", {}
+        file, values, self._special_lines = "special_values.csv", {}, {}
         if not (self.folder / file).exists():
             return values
         for line, row in table(self.folder, file, ("pid", "id", "type", "value")):
@@ -290,9 +296,72 @@ class Site:
                 raise Refused(file, line, "id ill-formed, out of range or repeated")
             try:
                 values[pid, number] = special_value(row["type"], row["value"])
+                self._special_lines[pid, number] = line
             except ValueError as error:
                 raise Refused(file, line, str(error)) from None
         return values
+
+    def _check_occurrence_parameters(self):
+        for pid, p in self.parameters.items():
+            if p.io_type != OCCURRENCE:
+                continue
+            facts = {number: self.special_values.get((pid, number)) for number in (TYPE, SECONDS, TAG, LIMIT)}
+
+            def check(number, good):
+                if not good:
+                    line = 1 if facts[number] is None else self._special_lines[pid, number]
+                    raise Refused("special_values.csv", line, f"special value {number} of {pid}")
+            for number, value in facts.items():
+                check(number, type(value) is int or number == LIMIT and value is None)
+            tag, limit = (self.parameters.get(facts[number]) for number in (TAG, LIMIT))
+            check(TAG, tag and tag.io_type == DATABASE)
+            check(TYPE, facts[TYPE] in (3, 4))
+            check(SECONDS, tag.interval.seconds == facts[SECONDS] > 0)
+            check(LIMIT, facts[LIMIT] is None or facts[TYPE] == 3 and limit and limit.io_type in CONSTANTS)
+
+    def _occurrences(self):
+        """PID of the tag -> {time: [Excursion or None, Downtime or None]}."""
+        file, found = "occurrences.csv", {}
+        if not (self.folder / file).exists():
+            return found
+        optional = ("count", "category", "reason", "action", "excludable", "limit", "limit_pid")
+        for line, row in table(self.folder, file, ("pid", "start"), optional):
+            pid = self._known_pid(file, line, row["pid"])
+            start, count = time_of(row["start"]), integer(row["count"] or "1", 1, MOST_INTERVALS)
+            texts = [row[name] for name in ("category", "reason", "action", "limit")]
+            if self.parameters[pid].io_type != OCCURRENCE or start is None or count is None:
+                raise Refused(file, line, "no occurrence parameter, or time or count ill-formed")
+            if row["excludable"] not in ("", "0", "1") or any(len(t) > n for t, n in zip(texts, (255, 1000, 1000, 255))):
+                raise Refused(file, line, "flag ill-formed or text too long")
+            tag, excursion = self.special_values[pid, TAG], self.special_values[pid, TYPE] == 3
+            interval = self.parameters[tag].interval
+            if not on_interval(start, interval):
+                raise Refused(file, line, "start not on the interval of the tag")
+            part = (pid, *texts[:3], row["excludable"] == "1")
+            part = Excursion(*part, *self._limit(file, line, pid, row)) if excursion else Downtime(*part)
+            if not excursion and (row["limit"] or row["limit_pid"]):
+                raise Refused(file, line, "a downtime has no limit")
+            for i in range(count):
+                try:
+                    time = start + datetime.timedelta(seconds=i * interval.seconds)
+                except OverflowError:
+                    raise Refused(file, line, "behind the year 9999") from None
+                parts = found.setdefault(tag, {}).setdefault(time, [None, None])
+                if parts[not excursion]:
+                    raise Refused(file, line, "overlaps with an earlier row")
+                parts[not excursion] = part
+        return found
+
+    def _limit(self, file, line, pid, row):
+        """Text and PID of the limit."""
+        text, named = row["limit"], row["limit_pid"]
+        limit = self._known_pid(file, line, named) if named else None if text else self.special_values.get((pid, LIMIT))
+        if limit is None or text:
+            return text, limit or 0
+        p = self.parameters[limit]
+        if p.io_type not in CONSTANTS:
+            raise Refused(file, line, "limit missing")
+        return f"{str(p.value).removesuffix('.0')} {p.units}".rstrip(), limit
 
     def _relationships(self):
         """PID -> the set of PIDs of its group, itself included."""
@@ -335,17 +404,17 @@ class Site:
                 refuse("PID ill-formed or repeated")
             if row["name"] == "":
                 refuse("empty name")
-            if io_type is None or io_type == OCCURRENCE:
+            if io_type is None:
                 refuse("I/O type not accepted")
-            constant, calculated = io_type in CONSTANTS, io_type not in (DATABASE, *CONSTANTS)
+            constant, calculated = io_type in CONSTANTS, io_type not in (DATABASE, OCCURRENCE, *CONSTANTS)
             interval = interval_of(row["interval"])
-            if interval is None and not (constant and row["interval"] == ""):
+            if interval is None and not ((constant or io_type == OCCURRENCE) and row["interval"] == ""):
                 refuse("interval not accepted")
             if bool(row["value"]) != constant:
                 refuse("value missing, or out of place")
             if bool(row["uses"]) != calculated or bool(row["aggregation"]) + bool(row["formula"]) != calculated:
                 refuse("uses, aggregation or formula missing, or out of place")
-            if row["roll_up"] and (constant or row["roll_up"] not in AGGREGATIONS):
+            if row["roll_up"] and (constant or io_type == OCCURRENCE or row["roll_up"] not in AGGREGATIONS):
                 refuse("roll-up unknown, or out of place")
             if row["type"] and integer(row["type"], 0, 32767) is None:
                 refuse("type ill-formed or out of range")
