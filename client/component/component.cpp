@@ -60,10 +60,16 @@ bool Component::isStored(std::int32_t pid) {
     return result != VARIANT_FALSE;
 }
 
-std::string Component::connection(Connection getter) {
+std::string Component::dahsText(DahsText getter) {
     com::Bstr text;
     com::check((wrapper_.get()->*getter)(text.receive()));
     return com::toUtf8(text.view());
+}
+
+store::SiteConnections Component::siteConnections() {
+    return {alarmConnection(), configConnection(), dahsText(&_DIWrapper::SelectedDahs_DataConnection),
+            dahsText(&_DIWrapper::SelectedDahs_DataShortTermConnection),
+            dahsText(&_DIWrapper::SelectedDahs_RealtimeConnection)};
 }
 
 }  // namespace vtdn::client

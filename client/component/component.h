@@ -11,12 +11,14 @@
 
 #include "VTWrapperDN.h"
 #include "client/run/run_file.h"
+#include "client/verbs/occurrence_arguments.h"
 #include "client/verbs/params_selection.h"
 #include "client/verbs/read_range.h"
 #include "client/verbs/typed_arguments.h"
 #include "com/ptr.h"
 #include "com/safe_array.h"
 #include "store/alarms.h"
+#include "store/site.h"
 
 namespace vtdn::client {
 
@@ -39,6 +41,23 @@ struct PointReading {
     std::string occurrence;
     std::string extra;
 };
+
+/// An occurrence as the component hands it out.
+struct OccurrenceReading {
+    std::int32_t tag = 0;
+    store::Time time = 0;
+    std::string text;  ///< the value as a text, empty for none
+    PointValue value;
+    PointValue code;
+    store::Occurrence parts;
+};
+
+using OccurrenceObject = com::Ptr<_OccurrenceDataWrapper>;
+
+OccurrenceReading readingOf(_OccurrenceDataWrapper& occurrence);
+
+/// Says something anew of a part of an occurrence that is there. Nothing is saved by it.
+void change(_OccurrenceDataWrapper& occurrence, OccurrenceKind kind, const PartChanges& changes);
 
 /// A value to write.
 using WrittenValue = std::variant<std::monostate, std::int32_t, float, std::string>;
@@ -86,8 +105,12 @@ class Component {
     std::string units(std::int32_t pid) { return text(&_DIWrapper::Param_MeasUnits, pid); }
     std::string format(std::int32_t pid) { return text(&_DIWrapper::Param_Fmt, pid); }
     std::string interval(std::int32_t pid) { return text(&_DIWrapper::Param_IntervalType, pid); }
-    std::string configConnection() { return connection(&_DIWrapper::SelectedDahs_ConfigConnection); }
-    std::string alarmConnection() { return connection(&_DIWrapper::SelectedDahs_AlarmConnection); }
+    std::string configConnection() { return dahsText(&_DIWrapper::SelectedDahs_ConfigConnection); }
+    std::string alarmConnection() { return dahsText(&_DIWrapper::SelectedDahs_AlarmConnection); }
+
+    std::string siteId() { return dahsText(&_DIWrapper::SelectedDahs_SiteID); }
+    std::string siteName() { return dahsText(&_DIWrapper::SelectedDahs_DahsCompleteName); }
+    store::SiteConnections siteConnections();
 
     struct UsedPids {
         std::vector<std::int32_t> stored;
@@ -123,6 +146,14 @@ class Component {
     bool setExtra(std::int32_t pid, const store::Interval& interval, store::Time time,
                   const std::string& text);
 
+    /// What the query asks for, in the engine's order.
+    std::vector<OccurrenceObject> occurrences(const OccurrenceQuery& query);
+    /// The occurrence of that parameter and time, made if there is none. No object when the component
+    /// refused.
+    OccurrenceObject createOccurrence(std::int32_t pid, store::Time time);
+    /// False when the component did not save it.
+    bool saveOccurrence(const OccurrenceObject& occurrence);
+
     bool writeCode(std::int32_t pid, store::Time time, std::int32_t code);
     bool writeValue(std::int32_t pid, store::Time time, const WrittenValue& value);
     /// Value and monitor code in one write. Not for texts, which the component has no such operation for.
@@ -135,8 +166,8 @@ class Component {
     bool writeAlarm(const store::Alarm& alarm);
 
   private:
-    using Connection = HRESULT (STDMETHODCALLTYPE _DIWrapper::*)(BSTR*);
-    std::string connection(Connection getter);
+    using DahsText = HRESULT (STDMETHODCALLTYPE _DIWrapper::*)(BSTR*);
+    std::string dahsText(DahsText getter);
     using TextGetter = HRESULT (STDMETHODCALLTYPE _DIWrapper::*)(long, BSTR*);
     std::string text(TextGetter getter, std::int32_t pid);
 

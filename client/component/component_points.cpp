@@ -1,9 +1,6 @@
 // The component's data points.
 #include "client/component/component.h"
-#include "com/error.h"
-#include "com/safe_array.h"
-#include "com/strings.h"
-#include "com/variant.h"
+#include "client/component/records.h"
 #include "common/dates.h"
 #include "store/reader.h"
 
@@ -22,11 +19,7 @@ PointValue numberOf(_DataPointBasicWrapper& point,
                     HRESULT (STDMETHODCALLTYPE _DataPointBasicWrapper::*getter)(VARIANT*)) {
     com::Variant value;
     com::check((point.*getter)(value.receive()));
-    if (value.isNull()) return std::nullopt;
-    // By way of its text: a single then has its own digits, and not those of the double next to it.
-    com::Bstr text;
-    com::check(com::toText(value.get(), text));
-    return numberIn(text.view());
+    return pointValue(value);
 }
 
 PointReading readingOf(_DataPointBasicWrapper& point) {
@@ -49,15 +42,8 @@ std::vector<PointReading> Component::dataPoints(std::int32_t pid, const store::I
                                        common::dateOfSeconds(first), common::dateOfSeconds(last),
                                        array.inOut()));
     std::vector<PointReading> points;
-    // There is no array where there are no data points.
-    if (!array.get()) return points;
-    const com::ArrayView<IDispatch*> objects(array.get());
-    points.reserve(objects.size());
-    for (IDispatch* object : objects) {
-        com::Ptr<_DataPointBasicWrapper> point;
-        com::check(object->QueryInterface(__uuidof(_DataPointBasicWrapper), point.receiveVoid()));
+    for (const auto& point : objectsIn<_DataPointBasicWrapper>(array))
         points.push_back(readingOf(*point.get()));
-    }
     return points;
 }
 

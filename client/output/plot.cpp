@@ -6,19 +6,15 @@
 #include <map>
 
 #include "client/output/axis.h"
+#include "client/output/svg.h"
 #include "client/text/numbers.h"
-#include "client/text/times.h"
 
 namespace vtdn::client {
 
 namespace {
 
-// The page, in SVG units.
-constexpr double pageWidth = 1000;
 constexpr double left = 80;
-constexpr double right = 24;
-constexpr double plotWidth = pageWidth - left - right;
-constexpr double titleHeight = 48;
+constexpr double plotWidth = pageWidth - left - rightMargin;
 constexpr double panelTitle = 26;
 constexpr double panelHeight = 240;
 constexpr double stripHeight = 10;
@@ -30,62 +26,6 @@ constexpr std::string_view lineColour = "#1f5a99";
 // Told apart in print and by colour-blind eyes (after Okabe and Ito).
 constexpr std::array<std::string_view, 6> codeColours{"#d55e00", "#009e73", "#cc79a7",
                                                       "#e69f00", "#56b4e9", "#000000"};
-
-std::string escaped(std::string_view text) {
-    std::string out;
-    for (const char c : text) {
-        switch (c) {
-            case '&':
-                out += "&amp;";
-                break;
-            case '<':
-                out += "&lt;";
-                break;
-            case '>':
-                out += "&gt;";
-                break;
-            case '"':
-                out += "&quot;";
-                break;
-            default:
-                // XML has no way to write most control characters.
-                out += static_cast<unsigned char>(c) < 0x20 ? ' ' : c;
-        }
-    }
-    return out;
-}
-
-/// A coordinate, to a tenth of a unit.
-std::string at(double coordinate) {
-    std::string text = formatNumber(coordinate, "0.#");
-    return text;
-}
-
-class Drawing {
-  public:
-    void add(std::string_view text) { svg_ += text; }
-    void text(double x, double y, std::string_view anchor, std::string_view cls, std::string_view content) {
-        svg_ += "<text x=\"" + at(x) + "\" y=\"" + at(y) + "\" text-anchor=\"" + std::string(anchor) + "\"";
-        if (!cls.empty()) svg_ += " class=\"" + std::string(cls) + "\"";
-        svg_ += ">" + escaped(content) + "</text>\n";
-    }
-    void line(double x1, double y1, double x2, double y2, std::string_view cls) {
-        svg_ += "<line x1=\"" + at(x1) + "\" y1=\"" + at(y1) + "\" x2=\"" + at(x2) + "\" y2=\"" + at(y2) +
-                "\" class=\"" + std::string(cls) + "\"/>\n";
-    }
-    void rect(double x, double y, double width, double height, std::string_view fill) {
-        svg_ += "<rect x=\"" + at(x) + "\" y=\"" + at(y) + "\" width=\"" + at(width) + "\" height=\"" +
-                at(height) + "\" fill=\"" + std::string(fill) + "\"/>\n";
-    }
-    void dot(double x, double y, double radius, std::string_view fill) {
-        svg_ += "<circle cx=\"" + at(x) + "\" cy=\"" + at(y) + "\" r=\"" + at(radius) + "\" fill=\"" +
-                std::string(fill) + "\"/>\n";
-    }
-    [[nodiscard]] const std::string& svg() const { return svg_; }
-
-  private:
-    std::string svg_;
-};
 
 /// The codes of a panel that are marked, each with its colour. Codes beyond the colours share the last one.
 class CodeMarks {
@@ -132,10 +72,8 @@ struct Panel {
     store::Time end;
     ValueAxis axis;
 
-    [[nodiscard]] double x(store::Time time) const {
-        return left +
-               plotWidth * static_cast<double>(time - plot.start) / static_cast<double>(end - plot.start);
-    }
+    [[nodiscard]] TimeScale scale() const { return {plot.start, end, left}; }
+    [[nodiscard]] double x(store::Time time) const { return scale().x(time); }
     [[nodiscard]] double xOf(std::size_t i) const {
         return x(plot.interval.step(plot.start, static_cast<std::int64_t>(i)));
     }
@@ -185,7 +123,7 @@ class LinePath {
     }
     [[nodiscard]] double value(std::size_t i) const { return *panel_.series.points[i].value; }
     void point(std::size_t i, bool joined) {
-        path_ += (joined ? "L" : "M") + at(panel_.xOf(i)) + " " + at(panel_.y(value(i)));
+        path_ += (joined ? "L" : "M") + coordinate(panel_.xOf(i)) + " " + coordinate(panel_.y(value(i)));
     }
 
     const Panel& panel_;
@@ -245,16 +183,6 @@ void drawMarks(Drawing& drawing, const Panel& panel, const CodeMarks& marks) {
             drawing.dot(panel.xOf(i), panel.y(*points[i].value), 3, colour);
 }
 
-void drawTimeAxis(Drawing& drawing, const Panel& panel) {
-    const double y = panel.bottom();
-    for (const TimeTick& tick : timeTicks(panel.plot.start, panel.end, 10)) {
-        const double x = panel.x(tick.time);
-        drawing.line(x, panel.top + panelTitle, x, y, "grid");
-        drawing.text(x, y + stripHeight + 20, "middle", "tick", tick.label);
-        if (!tick.second.empty()) drawing.text(x, y + stripHeight + 34, "middle", "tick", tick.second);
-    }
-}
-
 void drawLegend(Drawing& drawing, double y, const CodeMarks& marks) {
     const std::string title = "Monitor codes other than " + marks.normal() + ":";
     double x = left;
@@ -262,7 +190,7 @@ void drawLegend(Drawing& drawing, double y, const CodeMarks& marks) {
     x += 16 + 6.4 * static_cast<double>(title.size());
     for (const auto& [code, colour] : marks.colours()) {
         const std::string label = std::to_string(code);
-        if (x + 24 + 8 * static_cast<double>(label.size()) > pageWidth - right) {
+        if (x + 24 + 8 * static_cast<double>(label.size()) > pageWidth - rightMargin) {
             drawing.text(x, y, "start", "tick", "...");
             return;
         }
@@ -291,7 +219,8 @@ double drawPanel(Drawing& drawing, const Panel& panel, const CodeMarks& marks) {
     const PlotSeries& series = panel.series;
     drawing.text(left, panel.top + 16, "start", "panel",
                  series.units.empty() ? series.title : series.title + ", " + series.units);
-    drawTimeAxis(drawing, panel);
+    drawTimeAxis(drawing, panel.scale(), panel.top + panelTitle, panel.bottom(),
+                 panel.bottom() + stripHeight + 20);
     drawValueAxis(drawing, panel);
     drawLine(drawing, panel);
     drawMarks(drawing, panel, marks);
@@ -308,12 +237,6 @@ double drawPanel(Drawing& drawing, const Panel& panel, const CodeMarks& marks) {
     return bottom;
 }
 
-constexpr std::string_view styles =
-    "<style>text{font-family:'Segoe UI','Helvetica Neue',Arial,sans-serif;fill:#222}.title{font-size:18px;"
-    "font-weight:600}.panel{font-size:14px;font-weight:600}.tick{font-size:12px;fill:#555}.grid{stroke:#"
-    "e4e4e4}"
-    ".axis{stroke:#888}.line{fill:none;stroke:#1f5a99;stroke-width:1.4;stroke-linejoin:round}</style>\n";
-
 }  // namespace
 
 std::string plotSvg(const Plot& plot) {
@@ -324,18 +247,7 @@ std::string plotSvg(const Plot& plot) {
         const Panel panel{series, plot, y, plot.interval.step(plot.start, count), axisFor(series)};
         y = drawPanel(drawing, panel, CodeMarks(series, plot.normalCodes));
     }
-    const std::string height = at(y + 8);
-    const std::string title = escaped(plot.title);
-    std::string svg =
-        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 "
-        "0 " +
-        at(pageWidth) + " " + height + "\" width=\"" + at(pageWidth) + "\" height=\"" + height +
-        "\" role=\"img\">\n<title>" + title + "</title>\n";
-    svg += styles;
-    svg += "<rect width=\"100%\" height=\"100%\" fill=\"#ffffff\"/>\n";
-    svg += "<text x=\"" + at(left) + "\" y=\"28\" class=\"title\">" + title + "</text>\n";
-    svg += drawing.svg();
-    return svg + "</svg>\n";
+    return drawing.page(plot.title, left, y + 8);
 }
 
 }  // namespace vtdn::client

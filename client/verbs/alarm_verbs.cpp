@@ -28,11 +28,9 @@ struct Wanted {
 
 Wanted wantedAlarms(const Arguments& arguments) {
     Wanted wanted;
-    if (const auto text = arguments.value("--from")) wanted.filter.from = timeArgument("--from", *text);
-    if (const auto text = arguments.value("--to")) wanted.filter.to = timeArgument("--to", *text);
-    if (wanted.filter.from && wanted.filter.to && *wanted.filter.to <= *wanted.filter.from)
-        throw Failure(ExitCode::usage, "The span ends before it begins.",
-                      "--to has to be later than --from.");
+    const OpenSpan span = openSpan(arguments);
+    wanted.filter.from = span.from;
+    wanted.filter.to = span.to;
     if (const auto text = arguments.value("--severity")) wanted.severity = severityArgument(*text);
     const auto limit = arguments.value("--limit");
     const std::int32_t most = limit ? integerArgument("--limit", *limit, 1, highestLimit) : usualLimit;

@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <array>
 #include <cstdlib>
+#include <fstream>
 
 #include "store/connection.h"
+#include "store/database.h"
 #include "store/directory.h"
 #include "store/error.h"
 #include "store/home.h"
@@ -63,6 +65,10 @@ store::Database Binding::database(store::DatabaseKind kind) {
     return store::openDatabase(kind, store::Connection::parse(connection).database);
 }
 
+store::Site Binding::site() {
+    return {component_.siteConnections(), component_.siteId()};
+}
+
 // The component has no operation that lists all parameters.
 std::vector<std::int32_t> Binding::pids() {
     auto config = database(store::DatabaseKind::config);
@@ -78,6 +84,13 @@ std::optional<store::Interval> Binding::interval(std::int32_t pid) {
     } catch (const store::Error&) {
         return std::nullopt;
     }
+}
+
+store::Interval Binding::pointInterval(std::int32_t pid) {
+    if (const auto own = interval(pid)) return *own;
+    throw Failure(ExitCode::refused,
+                  store::pidText(pid) + " has no interval of its own, and without one no data points.",
+                  "`vtdn params list` shows the intervals of the others.");
 }
 
 void Binding::needParameter(std::int32_t pid) {
@@ -113,6 +126,15 @@ void Binding::needNoRefusal(const std::string& sentence, const std::string& next
 void Binding::refuse(const std::string& sentence, const std::string& next) {
     report(true);
     throw Failure(ExitCode::refused, sentence, next);
+}
+
+void writePicture(const std::string& file, const std::string& svg) {
+    std::ofstream stream(store::pathOf(file), std::ios::binary);
+    stream << svg;
+    stream.close();
+    if (!stream)
+        throw Failure(ExitCode::environment, "The picture cannot be written to " + file + ".",
+                      "Check that the folder exists and that you may write there.");
 }
 
 }  // namespace vtdn::client

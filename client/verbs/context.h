@@ -11,6 +11,7 @@
 #include "client/platform/console.h"
 #include "client/verbs/typed_arguments.h"
 #include "store/schema.h"
+#include "store/site.h"
 
 namespace vtdn::client {
 
@@ -40,10 +41,16 @@ class Binding {
     /// A database of the site, for what the component has no operation to list.
     store::Database database(store::DatabaseKind kind);
 
+    /// The site itself, for what the component has no operation to list.
+    store::Site site();
+
     /// Ends the verb when there is no such parameter.
     void needParameter(std::int32_t pid);
     /// The parameter's own interval; nothing when it has none.
     std::optional<store::Interval> interval(std::int32_t pid);
+
+    /// The interval of the parameter's data points. Ends the verb when it has none.
+    store::Interval pointInterval(std::int32_t pid);
 
     /// Prints the problems list when a call was refused, or when --problems asks for it.
     void report(bool refused);
@@ -60,6 +67,9 @@ class Binding {
     Component component_;
     std::int32_t dahsId_;
 };
+
+/// Writes a picture. Throws Failure (environment) when that is not possible.
+void writePicture(const std::string& file, const std::string& svg);
 
 ExitCode runDoctor(Context& context);
 ExitCode runSiteCreate(Context& context);
@@ -83,6 +93,11 @@ ExitCode runAlarmWrite(Context& context);
 ExitCode runAlarmList(Context& context);
 ExitCode runPointsList(Context& context);
 ExitCode runPointsSetExtra(Context& context);
+ExitCode runPointsHistory(Context& context);
+ExitCode runOccurrencesList(Context& context);
+ExitCode runOccurrencesShow(Context& context);
+ExitCode runOccurrencesCreate(Context& context);
+ExitCode runOccurrencesEdit(Context& context);
 
 /// `vtdn write` with --file.
 ExitCode runWriteFile(Context& context);

@@ -80,10 +80,11 @@ class Doctor {
     }
 
     bool examineEngine() {
-        const std::array<ClassToLookAt, 3> classes{
+        const std::array<ClassToLookAt, 4> classes{
             {{"engine", CLSID_DIEngineClass, "VTEngine.dll"},
              {"engine data array", CLSID_DIDataArrayClass, "VTEngine.dll"},
-             {"engine data item", CLSID_DIDataArrayItemClass, "VTEngine.dll"}}};
+             {"engine data item", CLSID_DIDataArrayItemClass, "VTEngine.dll"},
+             {"engine data point", CLSID_DIDataPointClass, "VTEngine.dll"}}};
         bool all = true;
         for (const ClassToLookAt& one : classes) all = examineClass(one) && all;
         return all;

@@ -11,13 +11,6 @@ namespace vtdn::client {
 
 namespace {
 
-store::Interval pointInterval(Binding& binding, std::int32_t pid) {
-    if (const auto interval = binding.interval(pid)) return *interval;
-    throw Failure(ExitCode::refused,
-                  store::pidText(pid) + " has no interval of its own, and without one no data points.",
-                  "`vtdn params list` shows the intervals of the others.");
-}
-
 /// A call whose failure the engine explains.
 template <class Call>
 auto explained(std::int32_t pid, Call call) {
@@ -39,29 +32,20 @@ std::string timeText(store::Time time, const store::Interval& interval) {
     return timestampText(time, time % 60 != 0 || interval.seconds() % 60 != 0);
 }
 
-store::Time neededTime(const Arguments& arguments, std::string_view option) {
-    if (const auto text = arguments.value(option)) return timeArgument(option, *text);
-    throw Failure(ExitCode::usage, "Which span? " + std::string(option) + " is missing.",
-                  "For example: --from 2007-01-08 --to 2007-01-09");
-}
-
 }  // namespace
 
 ExitCode runPointsList(Context& context) {
     const Arguments& arguments = context.arguments;
     const std::int32_t pid = pidArgument(arguments.operands()[0]);
-    const store::Time from = neededTime(arguments, "--from");
-    const store::Time to = neededTime(arguments, "--to");
-    if (to <= from)
-        throw Failure(ExitCode::usage, "The span ends before it begins.",
-                      "--to has to be later than --from.");
+    const AskedSpan span = askedSpan(arguments);
     const auto asked = askedInterval(arguments);
     (void)context.format();  // refuses what does not go together before anything is read
     Binding binding(context);
     binding.needParameter(pid);
-    const store::Interval interval = asked ? *asked : pointInterval(binding, pid);
+    const store::Interval interval = asked ? *asked : binding.pointInterval(pid);
     // The component's span holds both its ends, this one ends before --to as everywhere.
-    const auto points = explained(pid, [&] { return binding->dataPoints(pid, interval, from, to - 1); });
+    const auto points =
+        explained(pid, [&] { return binding->dataPoints(pid, interval, span.from, span.to - 1); });
     const std::string format = binding->format(pid);
     const auto rows = context.rows({{"time", "Time"},
                                     {"value", "Value", Column::Align::right},
@@ -84,7 +68,7 @@ ExitCode runPointsSetExtra(Context& context) {
     const std::string& text = operands[2];
     Binding binding(context);
     binding.needParameter(pid);
-    const store::Interval interval = pointInterval(binding, pid);
+    const store::Interval interval = binding.pointInterval(pid);
     if (!explained(pid, [&] { return binding->setExtra(pid, interval, time, text); }))
         binding.refuse("The component did not write the extra value.",
                        "`vtdn doctor` says whether the site is in order.");

@@ -43,6 +43,27 @@ std::int32_t countArgument(const std::string& text) {
     return *count;
 }
 
+/// The span of --day or --month, if one was given.
+std::optional<AskedSpan> calendarSpan(const Arguments& arguments) {
+    if (const auto text = arguments.value("--day")) {
+        const auto day = parseDay(*text);
+        if (!day) throw usage("\"" + *text + "\" is no day.", "Days look like 2007-01-15.");
+        return AskedSpan{*day, *day + store::secondsPerDay};
+    }
+    if (const auto text = arguments.value("--month")) {
+        const auto month = parseMonth(*text);
+        if (!month) throw usage("\"" + *text + "\" is no month.", "Months look like 2007-01.");
+        return AskedSpan{*month, store::monthStart(store::monthIndex(*month) + 1)};
+    }
+    return std::nullopt;
+}
+
+store::Time neededTime(const Arguments& arguments, std::string_view option) {
+    if (const auto text = arguments.value(option)) return timeArgument(option, *text);
+    throw usage("Which span? " + std::string(option) + " is missing.",
+                "For example: --from 2007-01-08 --to 2007-01-09, or --month 2007-01");
+}
+
 }  // namespace
 
 store::Time timeArgument(std::string_view what, const std::string& text) {
@@ -68,6 +89,27 @@ EngineInterval engineInterval(const store::Interval& interval) {
     return {text.substr(text.size() - 1), parseInteger(text.substr(0, text.size() - 1)).value_or(1)};
 }
 
+AskedSpan askedSpan(const Arguments& arguments) {
+    constexpr std::array<std::string_view, 3> ways{"--day", "--month", "--from"};
+    constexpr std::array<std::string_view, 3> ends{"--day", "--month", "--to"};
+    refuseTogether(arguments, ways);
+    refuseTogether(arguments, ends);
+    if (const auto span = calendarSpan(arguments)) return *span;
+    const AskedSpan span{neededTime(arguments, "--from"), neededTime(arguments, "--to")};
+    if (span.to <= span.from)
+        throw usage("The span ends before it begins.", "--to has to be later than --from.");
+    return span;
+}
+
+OpenSpan openSpan(const Arguments& arguments) {
+    OpenSpan span;
+    if (const auto text = arguments.value("--from")) span.from = timeArgument("--from", *text);
+    if (const auto text = arguments.value("--to")) span.to = timeArgument("--to", *text);
+    if (span.from && span.to && *span.to <= *span.from)
+        throw usage("The span ends before it begins.", "--to has to be later than --from.");
+    return span;
+}
+
 ReadRange readRange(const Arguments& arguments, const store::Interval& interval) {
     constexpr std::array<std::string_view, 4> ways{"--at", "--day", "--month", "--from"};
     refuseTogether(arguments, ways);
@@ -77,16 +119,7 @@ ReadRange readRange(const Arguments& arguments, const store::Interval& interval)
         throw usage(std::string(to ? "--to" : "--count") + " needs --from.",
                     "For example: --from 2007-01-15 --count 24");
     if (const auto text = arguments.value("--at")) return {true, timeArgument("--at", *text), 1, interval};
-    if (const auto text = arguments.value("--day")) {
-        const auto day = parseDay(*text);
-        if (!day) throw usage("\"" + *text + "\" is no day.", "Days look like 2007-01-15.");
-        return runBetween(*day, *day + store::secondsPerDay, interval);
-    }
-    if (const auto text = arguments.value("--month")) {
-        const auto month = parseMonth(*text);
-        if (!month) throw usage("\"" + *text + "\" is no month.", "Months look like 2007-01.");
-        return runBetween(*month, store::monthStart(store::monthIndex(*month) + 1), interval);
-    }
+    if (const auto span = calendarSpan(arguments)) return runBetween(span->from, span->to, interval);
     const auto from = arguments.value("--from");
     if (!from)
         throw usage("Which intervals?",

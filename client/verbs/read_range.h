@@ -28,6 +28,25 @@ std::optional<store::Interval> askedInterval(const Arguments& arguments);
 /// one way to say it, for texts that are no times, and for a run that is empty or too long.
 ReadRange readRange(const Arguments& arguments, const store::Interval& interval);
 
+/// From a time to before another.
+struct AskedSpan {
+    store::Time from = 0;
+    store::Time to = 0;
+};
+
+/// Reads --day, --month, or --from with --to. Throws Failure (usage) for anything but exactly one way to say
+/// it, and for a span that ends before it begins.
+AskedSpan askedSpan(const Arguments& arguments);
+
+/// From a time to before another, each of them only if it was given.
+struct OpenSpan {
+    std::optional<store::Time> from;
+    std::optional<store::Time> to;
+};
+
+/// Reads --from and --to, which may be missing. Throws Failure (usage).
+OpenSpan openSpan(const Arguments& arguments);
+
 /// The interval type and length as the component takes them: a unit letter and a count.
 struct EngineInterval {
     std::string type;

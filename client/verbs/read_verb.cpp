@@ -1,13 +1,10 @@
 #include <algorithm>
 #include <array>
-#include <fstream>
-#include <system_error>
 
 #include "client/output/plot.h"
 #include "client/text/numbers.h"
 #include "client/text/times.h"
 #include "client/verbs/context.h"
-#include "store/database.h"
 #include "store/pid_text.h"
 
 namespace vtdn::client {
@@ -153,12 +150,7 @@ void writePlot(const Context& context, Binding& binding, const std::vector<Subje
         for (std::size_t i = 0; i < row.size(); ++i)
             plot.series[i].points.push_back({row[i]->number, row[i]->code});
     });
-    std::ofstream stream(store::pathOf(file), std::ios::binary);
-    stream << plotSvg(plot);
-    stream.close();
-    if (!stream)
-        throw Failure(ExitCode::environment, "The picture cannot be written to " + file + ".",
-                      "Check that the folder exists and that you may write there.");
+    writePicture(file, plotSvg(plot));
     context.console.out("Drew " + std::to_string(range.count) + " intervals of " + range.interval.text() +
                         " into " + file + ".\n");
 }

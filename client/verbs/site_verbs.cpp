@@ -1,6 +1,9 @@
+#include "client/platform/clock.h"
 #include "client/site/sites.h"
 #include "client/text/numbers.h"
 #include "client/verbs/context.h"
+#include "com/computer.h"
+#include "com/strings.h"
 #include "store/error.h"
 #include "store/home.h"
 
@@ -38,6 +41,8 @@ ExitCode runSiteImport(Context& context) {
         request.problemLimit = static_cast<std::size_t>(integerArgument("--limit", *limit, 1));
     request.update = context.arguments.has("--update");
     request.checkOnly = context.arguments.has("--check");
+    request.editUser = com::toUtf8(com::userName());
+    request.editTime = standardTimeNow();
     ImportResult result;
     {
         Progress progress(context.console, request.checkOnly ? "Checking" : "Loading",
@@ -53,9 +58,10 @@ ExitCode runSiteImport(Context& context) {
                           (request.checkOnly ? "going to be loaded." : "loaded."),
                       "Mend the rows and try again. docs/site-files.md describes the files; --check looks "
                       "without loading.");
-    const std::string what = counted(result.parameters, "parameter") + ", " +
-                             counted(result.monitorCodes, "monitor code") + ", " +
-                             counted(result.values, "value") + ".\n";
+    const std::string what =
+        counted(result.parameters, "parameter") + ", " + counted(result.monitorCodes, "monitor code") + ", " +
+        counted(result.values, "value") +
+        (result.occurrences > 0 ? ", " + counted(result.occurrences, "occurrence") : "") + ".\n";
     if (request.checkOnly)
         context.console.out("All in order: " + what);
     else

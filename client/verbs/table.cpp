@@ -7,7 +7,8 @@ namespace vtdn::client {
 std::span<const VerbSpec> verbTable() {
     static const std::vector<VerbSpec> table = [] {
         std::vector<VerbSpec> all;
-        for (const auto& part : {siteTable(), paramsTable(), valuesTable(), pointsTable(), othersTable()})
+        for (const auto& part :
+             {siteTable(), paramsTable(), valuesTable(), pointsTable(), occurrencesTable(), othersTable()})
             all.insert(all.end(), part.begin(), part.end());
         return all;
     }();

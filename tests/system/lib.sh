@@ -1,4 +1,5 @@
-# What the system suites share: the demo sites in a home of their own, and the component registered.
+# What the system suites share: the demo sites and a small one with occurrences in a home of their own, and the
+# component registered.
 # shellcheck shell=bash
 set -euo pipefail
 
@@ -8,15 +9,15 @@ HOME_DIR=$VTDN_BUILD/system/home
 VANTOR_HOME=$(windows_path "$HOME_DIR")
 export VANTOR_HOME
 
-# Every suite starts from freshly imported demo sites.
+# Every suite starts from freshly imported sites.
 prepare_demo() {
     "$VTDN_RUN" regsvr32 /s "$(windows_path "$VTDN_BUILD/bin/VTWrapDN.dll")"
     "$VTDN_RUN" regsvr32 /s "$(windows_path "$VTDN_BUILD/bin/VTEngine.dll")"
     rm -rf "$HOME_DIR"
     mkdir -p "$HOME_DIR"
     local site
-    for site in barry5 smith-sct1; do
-        "$VTDN_RUN" "$VTDN_BUILD/bin/vtdn.exe" site import "$(windows_path "$VTDN_SOURCE/data/demo/$site")"
+    for site in data/demo/barry5 data/demo/smith-sct1 tests/system/occurrence_site; do
+        "$VTDN_RUN" "$VTDN_BUILD/bin/vtdn.exe" site import "$(windows_path "$VTDN_SOURCE/$site")"
     done
 }
 

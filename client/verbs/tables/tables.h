@@ -32,6 +32,7 @@ std::vector<VerbSpec> siteTable();
 std::vector<VerbSpec> paramsTable();
 std::vector<VerbSpec> valuesTable();
 std::vector<VerbSpec> pointsTable();
+std::vector<VerbSpec> occurrencesTable();
 std::vector<VerbSpec> othersTable();
 
 }  // namespace vtdn::client

@@ -9,6 +9,7 @@ import xml.dom.minidom
 
 import access_tests
 import alarm_tests
+import occurrence_tests
 import point_tests
 import run_file_tests
 from harness import DONE, ENVIRONMENT, HOME, NOX, REFUSED, SO2, SOURCE, USAGE, WORK, check, expect, finish, register, windows
@@ -47,7 +48,7 @@ def test_sites():
     check("without sites the list says how to load one", ["site", "list"], DONE, err=["vtdn site import"])
     check("without sites a read says how to load one", ["read", SO2, "--day", "2007-01-08"], ENVIRONMENT, err=["vtdn site import"])
     check("a plant is loaded", ["site", "import", windows(SOURCE / "data/demo/barry5"), "--progress"], DONE,
-          out=["Loaded DAHS 1 (BARRY5)", "85 parameters"], err=["Loading: 100 %"])
+          out=["Loaded DAHS 1 (BARRY5)", "88 parameters", "133 occurrences"], err=["Loading: 100 %"])
     check("a plant is not loaded twice unasked", ["site", "import", windows(SOURCE / "data/demo/barry5")], REFUSED, err=["--update"])
     check("one site needs no --dahs", ["params", "list", "so2"], DONE, out=[SO2])
     check("a second plant is loaded", ["site", "import", windows(SOURCE / "data/demo/smith-sct1")], DONE, out=["Loaded DAHS 2"])
@@ -175,8 +176,8 @@ def main():
     test_sites()
     test_bad_import()
     os.environ["VANTOR_DAHS"] = "1"
-    for test in (test_params, test_read, test_written_csv_can_be_imported, *access_tests.TESTS, *alarm_tests.TESTS, *point_tests.TESTS, test_write,
-                 *run_file_tests.TESTS, test_problems, test_removal, test_doctor_on_damage):
+    for test in (test_params, test_read, test_written_csv_can_be_imported, *access_tests.TESTS, *alarm_tests.TESTS, *point_tests.TESTS, *occurrence_tests.TESTS,
+                 test_write, *run_file_tests.TESTS, test_problems, test_removal, test_doctor_on_damage):
         test()
     return finish()
 
