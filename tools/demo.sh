@@ -67,6 +67,12 @@ play() {
     show 0 alarm write "SO2 analyzer drifts" --severity 3 --category Maintenance
     show 0 alarm list
 
+    scene "Downtimes of a monitor and excursions over a limit: a month, one of them explained, and a picture of the year"
+    show 0 occurrences list --month 2007-04 --runs | first_lines 16
+    show 0 occurrences edit 5-054-0-01-00 '2007-04-10 09:00' --reason "Probe plugged" --action "Probe cleaned" --excludable yes
+    show 0 points history 5-050-3-00-00 --limit 1
+    show 0 occurrences list --from 2007-01-01 --to 2008-01-01 --plot build/demo/occurrences.svg
+
     scene "What the component refuses goes to its problems list"
     show 1 write 9-999-3-00-00 '2007-01-10 13:00' --value 1
     show 1 write $sulfur '2007-01-10 13:00' --value 1 --mc 999

@@ -13,9 +13,10 @@ clients() {
 prepare_demo
 expect '^736 of 744 hours have a value, 5254710.5 lb in all' "$VTDN_RUN" "$VTDN_BUILD/bin/read_a_month.exe"
 expect '^1440 minutes written to 511010001' "$VTDN_RUN" "$VTDN_BUILD/bin/write_a_day.exe"
-echo "2 passed, 0 failed" >"$log"
-clients --gtest_filter=-SecondProcess.*
-clients --gtest_filter=SecondProcess.*
+expect '^NOx rate: 47 intervals of 1h down, 0 of them excludable, 86 over a limit' "$VTDN_RUN" "$VTDN_BUILD/bin/downtime_report.exe"
+echo "3 passed, 0 failed" >"$log"
+clients "--gtest_filter=-*SecondProcess.*"
+clients "--gtest_filter=*SecondProcess.*"
 expect_alarms "$(for severity in 4 3 2 1 0; do echo "2008-02-29 12:00,$severity,,,,Opacity"; done)"
 echo "1 passed, 0 failed" >>"$log"
 add_up "$log"

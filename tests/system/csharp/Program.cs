@@ -12,6 +12,7 @@ internal static class Program
         if (arguments.Length == 0)
         {
             BulkWriteTests.RunAgain();
+            OccurrenceTests.RunAgain();
             return Tally.Report();
         }
         TypeLibraryTest.Run(arguments[0]);
@@ -22,6 +23,7 @@ internal static class Program
         BulkWriteTests.Run();
         SpecialTests.Run();
         DataPointTests.Run(arguments[1]);
+        OccurrenceTests.Run();
         NameTests.Run(arguments[1]);
         ErrorTests.Run();
         LateTests.Run();

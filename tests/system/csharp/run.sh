@@ -34,12 +34,14 @@ execute() {
 declarations=$VTDN_SOURCE/samples/csharp/VTWrapperDN.cs
 compile ReadAMonth "$VTDN_SOURCE/samples/csharp/ReadAMonth.cs" "$declarations"
 compile WriteADay "$VTDN_SOURCE/samples/csharp/WriteADay.cs" "$declarations"
+compile DowntimeReport "$VTDN_SOURCE/samples/csharp/DowntimeReport.cs" "$declarations"
 compile SystemTests "$VTDN_SOURCE"/tests/system/csharp/*.cs "$declarations"
 prepare_demo
 expect '^SO2 mass of Barry (ORIS 3).*: 736 of 744 hours have a value, 5254710.5 lb in all' execute ReadAMonth
 expect '^1440 minutes written to 511010001' execute WriteADay
+expect '^NOx rate: 47 intervals of 1h down, 0 of them excludable, 86 over a limit' execute DowntimeReport
 log=$out/tests.log
-echo "2 passed, 0 failed" >"$log"
+echo "3 passed, 0 failed" >"$log"
 execute SystemTests "$(windows_path "$VTDN_BUILD/bin/VTWrapDN.dll")" "$(windows_path "$VTDN_SOURCE/data/demo")" | tee -a "$log"
 execute SystemTests | tee -a "$log"
 expect_alarms "2008-08-01 00:00,1,Test,Group,C#,late

@@ -1,4 +1,4 @@
-// Names, lists, special values and an extra value from the other language of the script host, whose own arrays are objects.
+// Names, lists, special values, an extra value and occurrences from the other language of the script host, whose own arrays are objects.
 
 var passed = 0, failed = 0;
 
@@ -44,6 +44,36 @@ check("an extra value comes back to the character", function () {
     var found = new VBArray(wrapper.GetLongTermDataPoints(504030000, "1h", at, at)).getItem(0).XValueXML;
     point.XValueXML = "";
     return written && wrapper.UpdateLongTermDataPointXValue(point, 504030000, "1h") && found === text;
+});
+wrapper.Teardown();
+
+check("set-up of the site with occurrences", function () { return wrapper.Setup(3); });
+check("occurrences are an array of objects", function () {
+    var none = new ActiveXObject("Scripting.Dictionary").Items(); // an array without elements
+    var list = new ActiveXObject("Scripting.Dictionary");
+    list.add(0, 8);
+    var all = new VBArray(wrapper.GetOccurrences(45292, 45294, true, true, 0, false, list.Items())).toArray();
+    var nothing = true; // what has no elements is no array here
+    try {
+        new VBArray(wrapper.GetOccurrences(45292, 45294, true, true, 0, false, none));
+        nothing = false;
+    } catch (failure) {
+    }
+    return all.length === 5 && all[4].AffectedPID === 804030000 && all[0].HasDowntime === true &&
+        all[0].Downtime_Category === "failure" && nothing;
+});
+check("an occurrence is made, edited and retrieved", function () {
+    var text = "<r>\u0000\r\n \\ \u20AC \uD83C\uDFED</r>", at = 45505;
+    var made = wrapper.CreateOrRetrieveOccurrence(898030002, at);
+    made.Downtime_Reason = text;
+    made.Downtime_Excludable = true;
+    var saved = wrapper.SaveOccurrence(made);
+    var found = wrapper.CreateOrRetrieveOccurrence(898030002, at);
+    return saved && found.Downtime_Reason === text && found.Downtime_Excludable === true && found.NValue === null;
+});
+check("what is no occurrence parameter gives no object", function () {
+    return wrapper.CreateOrRetrieveOccurrence(704030000, 45505) === null &&
+        wrapper.GetAndClearProblemsList().indexOf("is not an occurrence parameter (WDN-0060)") > 0;
 });
 wrapper.Teardown();
 
