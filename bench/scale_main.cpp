@@ -1,14 +1,13 @@
-// Measures what grows with the size of the work, in a process of its own: the memory of a year's write, and
-// what a listed parameter costs when there are many. Works as the other bench does.
-
-#include <windows.h>
-
-#include <psapi.h>
+// Measures what grows with the size of the work, in a process of its own: the memory of a year's write, what
+// a listed parameter costs when there are many, and a long list of records. Works as the other bench does.
 
 #include <filesystem>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "bench/list.h"
+#include "bench/memory.h"
 #include "bench/program.h"
 #include "bench/timing.h"
 #include "bench/year_site.h"
@@ -26,18 +25,6 @@ constexpr int fewParameters = 1'000;
 store::SiteConnections siteIn(const std::string& folder) {
     std::filesystem::create_directories(folder);
     return store::SiteConnections::inFolder(folder);
-}
-
-/// Bytes of this process in memory: now, and the most there ever were.
-struct Memory {
-    SIZE_T now;
-    SIZE_T most;
-};
-Memory memory() {
-    PROCESS_MEMORY_COUNTERS counters{};
-    if (!GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof counters))
-        com::throwError(HRESULT_FROM_WIN32(GetLastError()));
-    return {counters.WorkingSetSize, counters.PeakWorkingSetSize};
 }
 
 /// Beyond what the client holds and the engine's two arrays of a value and a code for each interval.
@@ -106,6 +93,8 @@ Figure growthOfLists(const std::wstring& componentFile) {
 int main() {
     return runBench([](const std::wstring& component, const std::wstring& engineFile) {
         const EmbeddedEngine engine(engineFile);
-        return std::vector<Figure>{memoryOfAYear(component), growthOfLists(component)};
+        std::vector<Figure> figures{memoryOfAYear(component), growthOfLists(component)};
+        for (Figure& figure : measureList(component)) figures.push_back(std::move(figure));
+        return figures;
     });
 }

@@ -7,6 +7,8 @@
 #include <random>
 
 #include "com/error.h"
+#include "com/variant.h"
+#include "common/dates.h"
 
 namespace vtdn::bench {
 
@@ -95,6 +97,15 @@ void OnSite::write(LONG pid, YearRequest& request) const {
 com::Bstr OnSite::listOfCalibrations() const {
     com::Bstr list;
     com::check(wrapper_->GetListOf75CalPIDs(list.receive()));
+    return list;
+}
+
+SAFEARRAY* OnSite::listOfDowntimes(std::int64_t first, std::int64_t last) const {
+    SAFEARRAY* every = nullptr;
+    SAFEARRAY* list = nullptr;
+    com::check(wrapper_->GetOccurrences(common::dateOfSeconds(first), common::dateOfSeconds(last),
+                                        VARIANT_TRUE, com::Variant::ofBool(false).get(), 0, VARIANT_TRUE,
+                                        &every, &list));
     return list;
 }
 

@@ -78,6 +78,8 @@ class OnSite {
     void read(LONG pid, Arrays& arrays) const;
     void write(LONG pid, YearRequest& request) const;
     [[nodiscard]] com::Bstr listOfCalibrations() const;
+    /// The downtimes of all tags from one second since 30 December 1899 to another, by tag; the caller's own.
+    [[nodiscard]] SAFEARRAY* listOfDowntimes(std::int64_t first, std::int64_t last) const;
 
   private:
     com::Ptr<_DIWrapper> wrapper_;
