@@ -129,6 +129,7 @@ class Frame {
         pushPointer(parameter.shape == Shape::variant ? static_cast<void*>(&value) : &value.llVal);
     }
 
+    std::size_t takeExact(const DISPPARAMS& arguments) noexcept;
     HRESULT place(const DISPPARAMS& arguments, UINT* badArgument) noexcept;
     HRESULT takeOne(const Parameter& parameter, VARIANT* argument) noexcept;
     HRESULT takeMissing(const Parameter& parameter) noexcept;
@@ -205,10 +206,28 @@ HRESULT Frame::place(const DISPPARAMS& arguments, UINT* badArgument) noexcept {
     return put ? S_OK : DISP_E_PARAMNOTFOUND;
 }
 
+/// Takes the arguments from the first on for as long as they stand in their places and are of the declared
+/// types; how many those were. That is all of them in most calls.
+std::size_t Frame::takeExact(const DISPPARAMS& arguments) noexcept {
+    if (member_.isPut() || arguments.cNamedArgs != 0 || arguments.cArgs != member_.parameters.size())
+        return 0;
+    const Parameter* parameter = member_.parameters.data();
+    const VARIANT* argument = arguments.rgvarg + arguments.cArgs;
+    for (std::size_t i = 0; i < arguments.cArgs; ++i, ++parameter) {
+        --argument;
+        if (parameter->byRef || parameter->shape != Shape::value || argument->vt != parameter->type) return i;
+        pushValue(*argument, *parameter);
+    }
+    return arguments.cArgs;
+}
+
 HRESULT Frame::take(const DISPPARAMS& arguments, UINT* badArgument) noexcept {
-    const HRESULT placed = place(arguments, badArgument);
-    if (FAILED(placed)) return placed;
-    for (std::size_t i = 0; i < member_.parameters.size(); ++i) {
+    std::size_t i = takeExact(arguments);
+    if (i < member_.parameters.size() || arguments.cArgs != i) {
+        const HRESULT placed = place(arguments, badArgument);
+        if (FAILED(placed)) return placed;
+    }
+    for (; i < member_.parameters.size(); ++i) {
         const HRESULT result = takeOne(member_.parameters[i], placed_[i]);
         if (FAILED(result)) {
             if (placed_[i] && badArgument) *badArgument = static_cast<UINT>(placed_[i] - arguments.rgvarg);
