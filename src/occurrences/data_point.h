@@ -3,6 +3,7 @@
 
 #include <VTWrapperDN.h>
 
+#include "engine/data_points.h"
 #include "records/record.h"
 
 namespace vtdn {

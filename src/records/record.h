@@ -22,7 +22,7 @@
 #include "com/object.h"
 #include "com/own_object.h"
 #include "com/safe_array.h"
-#include "engine/client.h"
+#include "engine/object.h"
 
 namespace vtdn::records {
 
